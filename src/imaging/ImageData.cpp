@@ -1,0 +1,115 @@
+#include "imaging/ImageData.h"
+
+#include <QMutexLocker>
+
+namespace {
+
+constexpr auto relaxed = std::memory_order_relaxed;
+
+} // namespace
+
+ImageData::ImageData(QObject *parent)
+    : QObject(parent)
+{
+}
+
+int ImageData::width() const
+{
+    return m_width.load(relaxed);
+}
+
+int ImageData::height() const
+{
+    return m_height.load(relaxed);
+}
+
+int ImageData::dataSize() const
+{
+    return m_dataSize.load(relaxed);
+}
+
+int ImageData::type() const
+{
+    return m_type.load(relaxed);
+}
+
+void ImageData::setType(int type)
+{
+    m_type.store(type, relaxed);
+}
+
+ImageData::Buffer ImageData::data() const
+{
+    const QMutexLocker lock(&m_dataMutex);
+    return m_data;
+}
+
+ImageData::Frame ImageData::frame() const
+{
+    const QMutexLocker lock(&m_dataMutex);
+    return {m_data, width(), height(), dataSize(), m_data ? m_frameType : type()};
+}
+
+QVector<QPoint> ImageData::points() const
+{
+    const QMutexLocker lock(&m_pointsMutex);
+    return m_points;
+}
+
+void ImageData::set(int width, int height, std::shared_ptr<const unsigned char> data, int dataSize)
+{
+    hand(width, height, std::move(data), dataSize, nullptr);
+}
+
+void ImageData::set(
+    int width, int height, std::shared_ptr<const unsigned char> data, int dataSize, QVector<QPoint> points)
+{
+    hand(width, height, std::move(data), dataSize, &points);
+}
+
+void ImageData::hand(int width, int height, Buffer data, int dataSize, const QVector<QPoint> *points)
+{
+    const QMutexLocker lock(&m_dataMutex);
+    m_data.reset();
+    m_dataSize.store(0, relaxed);
+    setWidth(width);
+    setHeight(height);
+    if (points)
+        setPoints(*points);
+    m_data = std::move(data);
+    m_frameType = type();
+    m_dataSize.store(dataSize, relaxed);
+    emit update();
+}
+
+void ImageData::setPoints(QVector<QPoint> points)
+{
+    // The key points have one writer, so what it compares with can't change under it.
+    if (points == m_points)
+        return;
+    {
+        const QMutexLocker lock(&m_pointsMutex);
+        m_points = points;
+    }
+    emit pointsChanged(points);
+}
+
+void ImageData::setViewerSize(int w, int h)
+{
+    if (w != 0)
+        m_viewerWidth = w;
+    if (h != 0)
+        m_viewerHeight = h;
+}
+
+void ImageData::setWidth(int width)
+{
+    if (m_width.exchange(width, relaxed) != width)
+        emit widthChanged(width);
+}
+
+void ImageData::setHeight(int height)
+{
+    if (m_height.exchange(height, relaxed) != height)
+        emit heightChanged(height);
+}
