@@ -2,6 +2,7 @@
 #include "core/ConfigSource.h"
 
 #include "sim/Stderr.h"
+#include "support/Wait.h"
 
 #include <fstream>
 #include <gmock/gmock.h>
@@ -168,6 +169,7 @@ TEST(ConfigSource, keepsTheLastGoodStateAndComplainsOnce)
     ConfigSource source("broken.json");
     EXPECT_TRUE(source.poll());
     write("broken.json", R"([{"uuid": )");
+    EXPECT_TRUE(waitFor([&] { return source.poll() || !output.lines().empty(); }));
     for (int i = 0; i < 5; ++i)
         EXPECT_FALSE(source.poll());
     EXPECT_EQ(source.devices()[0].uuid, "a");
@@ -194,8 +196,10 @@ TEST(ConfigSource, aMissingFileIsComplainedAboutOnceAndMayComeLater)
 {
     Stderr output;
     ConfigSource source("later.json");
+    EXPECT_TRUE(source.poll());
+    EXPECT_TRUE(waitFor([&] { return source.poll() || !output.lines().empty(); }));
     for (int i = 0; i < 5; ++i)
-        source.poll();
+        EXPECT_FALSE(source.poll());
     EXPECT_TRUE(source.devices().empty());
     EXPECT_THAT(output.lines(), ElementsAre(HasSubstr("later.json")));
     write("later.json", "[{}]");
