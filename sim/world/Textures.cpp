@@ -1,21 +1,27 @@
 #include "world/Textures.h"
 
+#include "world/Lighting.h"
+#include "world/Painter.h"
+
 #include <map>
 #include <mutex>
+#include <opencv2/imgproc.hpp>
 
 namespace sim {
 
 Textures::Textures(const Scene &scene)
 {
+    const Lighting lighting(scene.room());
     for (const Surface &surface : scene.surfaces()) {
-        const double density = 100;
-        cv::Mat image(
-            std::max(2, int(surface.height * density)), std::max(2, int(surface.width * density)), CV_8UC3);
-        for (int y = 0; y < image.rows; ++y)
-            for (int x = 0; x < image.cols; ++x)
-                image.at<cv::Vec3b>(y, x) =
-                    cv::Vec3b::all((x / 10 + y / 10 + surface.id * 5) % 2 ? 180 : 140);
-        m_textures.emplace_back(image, density);
+        Painter painter(surface, scene.seed());
+        cv::Mat image = painter.paint();
+        if (!Painter::isLuminous(surface.paint)) {
+            cv::Mat light;
+            cv::resize(lighting.over(surface), light, image.size(), 0, 0, cv::INTER_LINEAR);
+            cv::merge(std::vector<cv::Mat>(3, light), light);
+            cv::multiply(image, light, image, 1, CV_8U);
+        }
+        m_textures.emplace_back(image, painter.density());
     }
 }
 
