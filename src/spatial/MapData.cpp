@@ -19,17 +19,17 @@ QByteArray packedPositions(const std::vector<qv::Vector3> &points)
     char *out = bytes.data();
     for (std::size_t i = 0; i < points.size(); ++i) {
         const qv::Vector3 &point = points.at(i);
-        const float packed[floatsPerPoint] {float(point.x), float(point.y), float(point.z)};
+        const float packed[floatsPerPoint]{float(point.x), float(point.y), float(point.z)};
         std::memcpy(out + i * bytesPerPoint, packed, bytesPerPoint);
     }
     return bytes;
 }
 
-/// One colour for every point. The scene paints the map in a material colour of its own; a holder with colours
-/// would take these.
+/// One colour for every point. The scene paints the map in a material colour of its own; a holder with
+/// colours would take these.
 QByteArray packedColors(std::size_t count)
 {
-    constexpr float mapColor[floatsPerPoint] {0.8F, 0.8F, 0.0F};
+    constexpr float mapColor[floatsPerPoint]{0.8F, 0.8F, 0.0F};
     QByteArray bytes(int(count) * bytesPerPoint, Qt::Uninitialized);
     char *out = bytes.data();
     for (std::size_t i = 0; i < count; ++i)
@@ -44,7 +44,8 @@ MapData::MapData(std::shared_ptr<qv::Slam> slam, QObject *parent)
     , m_slam(std::move(slam))
     , m_pointCloud(new PointCloud(this))
 {
-    std::srand(static_cast<unsigned int>(std::time(nullptr))); // NOLINT(bugprone-random-generator-seed,cert-*)
+    std::srand(
+        static_cast<unsigned int>(std::time(nullptr))); // NOLINT(bugprone-random-generator-seed,cert-*)
     if (!m_slam)
         throw std::runtime_error("Invalid Slam");
     m_callbackId = m_slam->registerMapCallback(

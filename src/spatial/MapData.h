@@ -10,8 +10,8 @@
 #include <atomic>
 #include <memory>
 
-/// The map that the host's SLAM publishes, as points for the scene. Needs no start: the callback stays registered
-/// for the object's life.
+/// The map that the host's SLAM publishes, as points for the scene. Needs no start: the callback stays
+/// registered for the object's life.
 class MapData : public QObject {
     Q_OBJECT
     Q_PROPERTY(PointCloud *pointCloud READ pointCloud NOTIFY pointCloudChanged)
@@ -49,7 +49,7 @@ private:
     mutable QMutex m_mutex;
     std::shared_ptr<const qv::SlamMap> m_map; ///< kept alive until the next one
     QJsonArray m_poses;
-    std::atomic<int> m_pointCount {0};
-    std::atomic<int> m_keyframeCount {0};
+    std::atomic<int> m_pointCount{0};
+    std::atomic<int> m_keyframeCount{0};
     CallbackGuard m_callbacks;
 };

@@ -12,13 +12,13 @@ constexpr int descriptorDelayMs = 1000;
 constexpr int noSource = 255;
 
 /// The detector's numbers of the cameras, by `ObjectsData::Source`.
-constexpr int librarySources[] {noSource, 0, 1, 2, 3, noSource};
+constexpr int librarySources[]{noSource, 0, 1, 2, 3, noSource};
 
 QJsonArray toJson(const std::vector<qv::Vector3> &keypoints)
 {
     QJsonArray array;
     for (const qv::Vector3 &point : keypoints)
-        array.append(QJsonObject {{QStringLiteral("x"), point.x}, {QStringLiteral("y"), point.y}});
+        array.append(QJsonObject{{QStringLiteral("x"), point.x}, {QStringLiteral("y"), point.y}});
     return array;
 }
 
@@ -26,7 +26,7 @@ QJsonArray toJson(const std::vector<qv::Object> &objects)
 {
     QJsonArray array;
     for (const qv::Object &object : objects) {
-        array.append(QJsonObject {{QStringLiteral("shape"), object.shape},
+        array.append(QJsonObject{{QStringLiteral("shape"), object.shape},
             {QStringLiteral("type"), QString::fromStdString(object.type)}, {QStringLiteral("x"), object.x},
             {QStringLiteral("y"), object.y}, {QStringLiteral("width"), object.width},
             {QStringLiteral("height"), object.height}, {QStringLiteral("confidence"), object.confidence},

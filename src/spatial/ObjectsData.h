@@ -9,15 +9,17 @@
 #include <QString>
 #include <memory>
 
-/// The device's object detector: its model and descriptor files, its source camera, and what it found, as JSON: one
-/// object a detection with "shape", "type", "x", "y", "width", "height", "confidence" and "keypoints" (objects
-/// with "x" and "y"), in pixels of the source picture. Detection runs from construction on.
+/// The device's object detector: its model and descriptor files, its source camera, and what it found, as
+/// JSON: one object a detection with "shape", "type", "x", "y", "width", "height", "confidence" and
+/// "keypoints" (objects with "x" and "y"), in pixels of the source picture. Detection runs from construction
+/// on.
 class ObjectsData : public QObject {
     Q_OBJECT
     Q_PROPERTY(QJsonArray objects READ objects NOTIFY objectsChanged)
     Q_PROPERTY(Source source READ source WRITE setSource NOTIFY sourceChanged)
     Q_PROPERTY(QString model READ model WRITE setModel NOTIFY modelChanged)
-    Q_PROPERTY(QString modelDescriptor READ modelDescriptor WRITE setModelDescriptor NOTIFY modelDescriptorChanged)
+    Q_PROPERTY(
+        QString modelDescriptor READ modelDescriptor WRITE setModelDescriptor NOTIFY modelDescriptorChanged)
     Q_PROPERTY(bool enabled READ enabled WRITE setEnabled NOTIFY enabledChanged)
 
 public:

@@ -10,7 +10,7 @@ namespace {
 
 const QVector<QColor> &palette()
 {
-    static const QVector<QColor> colors {{230, 25, 75}, {60, 180, 75}, {255, 225, 25}, {0, 130, 200},
+    static const QVector<QColor> colors{{230, 25, 75}, {60, 180, 75}, {255, 225, 25}, {0, 130, 200},
         {245, 130, 48}, {145, 30, 180}, {70, 240, 240}, {240, 50, 230}, {210, 245, 60}, {250, 190, 190},
         {0, 128, 128}, {230, 190, 255}, {170, 110, 40}, {255, 250, 200}, {128, 0, 0}, {170, 255, 195},
         {128, 128, 0}, {255, 215, 180}};
@@ -28,7 +28,7 @@ QJsonArray outlineOf(const std::vector<qv::Vector3> &points)
 {
     QJsonArray outline;
     for (const qv::Vector3 &point : points)
-        outline.append(QJsonArray {point.x, point.y, point.z});
+        outline.append(QJsonArray{point.x, point.y, point.z});
     return outline;
 }
 
@@ -39,7 +39,7 @@ QJsonArray toJson(const qv::Slam::Planes &planes)
         return array;
     for (const qv::Plane &plane : *planes) {
         const QString id = QString::fromStdString(plane.id);
-        array.append(QJsonObject {{QStringLiteral("color"), colorOf(id).name()}, {QStringLiteral("name"), id},
+        array.append(QJsonObject{{QStringLiteral("color"), colorOf(id).name()}, {QStringLiteral("name"), id},
             {QStringLiteral("points"), outlineOf(plane.points)}});
     }
     return array;

@@ -9,8 +9,8 @@
 #include <memory>
 
 /// The planes that the host's SLAM found, from ToF depth and from stereo, as JSON for QML: one object a plane
-/// with "color" (a name of the form #rrggbb), "name" (the id) and "points" (the outline, arrays of three numbers,
-/// metres). Its end stops the SLAM stream.
+/// with "color" (a name of the form #rrggbb), "name" (the id) and "points" (the outline, arrays of three
+/// numbers, metres). Its end stops the SLAM stream.
 class PlanesData : public QObject {
     Q_OBJECT
     Q_PROPERTY(QJsonArray stereoPlanes READ stereoPlanes NOTIFY stereoPlanesChanged)

@@ -6,8 +6,7 @@ using Qt3DRender::QAttribute;
 
 namespace pointAttribute {
 
-QAttribute *add(
-    Qt3DRender::QGeometry *geometry, Qt3DRender::QBuffer *buffer, const QString &name, int count)
+QAttribute *add(Qt3DRender::QGeometry *geometry, Qt3DRender::QBuffer *buffer, const QString &name, int count)
 {
     auto *attribute = new QAttribute;
     attribute->setName(name);

@@ -13,8 +13,8 @@ namespace pointAttribute {
 Qt3DRender::QAttribute *add(
     Qt3DRender::QGeometry *geometry, Qt3DRender::QBuffer *buffer, const QString &name, int count);
 
-/// The bytes for `count` points: as they are, or filled up with zeros where they are fewer, so that no vertex lies
-/// outside the buffer while a cloud is being written.
+/// The bytes for `count` points: as they are, or filled up with zeros where they are fewer, so that no vertex
+/// lies outside the buffer while a cloud is being written.
 QByteArray filledUp(QByteArray bytes, int count);
 
 /// Gives every vertex attribute of this name the count.

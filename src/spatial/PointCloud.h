@@ -29,7 +29,7 @@ signals:
     void pointsChanged(QByteArray points);
 
 private:
-    std::atomic<int> m_size {0};
+    std::atomic<int> m_size{0};
     mutable QMutex m_mutex; ///< around the swap and the copy of the handle, never while a signal leaves
     QByteArray m_points;
 };

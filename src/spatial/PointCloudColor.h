@@ -5,8 +5,8 @@
 #include <QObject>
 #include <atomic>
 
-/// Coloured points on their way to the GPU: positions as in `PointCloud`, and packed triples of red, green and
-/// blue floats, 0.0 to 1.0. The two locks are never held together.
+/// Coloured points on their way to the GPU: positions as in `PointCloud`, and packed triples of red, green
+/// and blue floats, 0.0 to 1.0. The two locks are never held together.
 class PointCloudColor : public QObject {
     Q_OBJECT
     Q_PROPERTY(int size READ size WRITE setSize NOTIFY sizeChanged)
@@ -34,7 +34,7 @@ signals:
     void colorsChanged(QByteArray colors);
 
 private:
-    std::atomic<int> m_size {0};
+    std::atomic<int> m_size{0};
     mutable QMutex m_pointsMutex;
     QByteArray m_points;
     mutable QMutex m_colorsMutex;

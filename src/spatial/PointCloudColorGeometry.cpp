@@ -10,8 +10,6 @@ PointCloudColorGeometry::PointCloudColorGeometry(Qt3DCore::QNode *parent)
     , m_buffer(new QBuffer(this))
     , m_colorBuffer(new QBuffer(this))
 {
-    m_buffer->setType(QBuffer::VertexBuffer);
-    m_colorBuffer->setType(QBuffer::VertexBuffer);
 }
 
 PointCloudColor *PointCloudColorGeometry::pointCloud() const

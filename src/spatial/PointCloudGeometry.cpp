@@ -9,7 +9,6 @@ PointCloudGeometry::PointCloudGeometry(Qt3DCore::QNode *parent)
     : Qt3DRender::QGeometry(parent)
     , m_buffer(new QBuffer(this))
 {
-    m_buffer->setType(QBuffer::VertexBuffer);
 }
 
 PointCloud *PointCloudGeometry::pointCloud() const

@@ -25,7 +25,7 @@ std::filebuf &loadBuffer()
     return buffer;
 }
 
-std::atomic<int> progressCount {0}; // NOLINT: runs on across loads and instances
+std::atomic<int> progressCount{0}; // NOLINT: runs on across loads and instances
 
 QMatrix3x3 rotationOf(const qv::Pose &pose)
 {
@@ -51,7 +51,7 @@ QString significant(double value)
 /// The lone line feed is a field of its own, so that each line ends in ",\n".
 QString lineOf(const qv::Pose &pose)
 {
-    return QStringList {QString::number(pose.hostTimestamp, 'f', 6), QString::number(pose.edgeTimestampUs),
+    return QStringList{QString::number(pose.hostTimestamp, 'f', 6), QString::number(pose.edgeTimestampUs),
         significant(pose.translation.x), significant(pose.translation.y), significant(pose.translation.z),
         significant(pose.qx), significant(pose.qy), significant(pose.qz), significant(pose.qw),
         significant(pose.confidence), QStringLiteral("\n")}
@@ -298,9 +298,15 @@ void SlamData::loopClosure()
     const QString path = getMapPath();
     qDebug() << "Save map to" << path;
     // A path that can't be opened leaves the stream failed; the library gets it all the same and has to cope.
-    m_mapStream.open(path.toLocal8Bit().constData(), std::ios_base::out | std::ios_base::binary);
-    m_slam->saveMapAndSwitchToCslam(*m_mapStream.rdbuf(),
-        m_callbacks.wrap([this](int status, int quality) { loopClosureDone(status, quality); }),
+    m_mapStream->open(path.toLocal8Bit().constData(), std::ios_base::out | std::ios_base::binary);
+    const auto report =
+        m_callbacks.wrap([this](int status, int quality) { loopClosureDone(status, quality); });
+    const auto done = [report, stream = m_mapStream](int status, int quality) {
+        report(status, quality);
+        if (stream->is_open())
+            stream->close();
+    };
+    m_slam->saveMapAndSwitchToCslam(*m_mapStream->rdbuf(), done,
         m_callbacks.wrap([this](float localized) { loopClosureProgress(localized); }));
 }
 
@@ -308,8 +314,6 @@ void SlamData::loopClosureDone(int status, int quality)
 {
     qDebug() << "loopClosureDone status: " << status << "quality: " << quality;
     emit loopClosureFinished();
-    if (m_mapStream.is_open())
-        m_mapStream.close();
 }
 
 void SlamData::loopClosureProgress(float localized)

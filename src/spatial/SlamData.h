@@ -13,8 +13,8 @@
 #include <fstream>
 #include <memory>
 
-/// One stream of poses, computed on the host or on the device: position, orientation, travelled distance, confidence, and the
-/// saving and loading of its map.
+/// One stream of poses, computed on the host or on the device: position, orientation, travelled distance,
+/// confidence, and the saving and loading of its map.
 class SlamData : public AbstractData {
     Q_OBJECT
     Q_PROPERTY(PositionData *position READ position NOTIFY positionChanged)
@@ -26,7 +26,8 @@ class SlamData : public AbstractData {
     Q_PROPERTY(int prediction READ prediction WRITE setPrediction NOTIFY predictionChanged)
     Q_PROPERTY(bool lost READ lost NOTIFY lostChanged)
     Q_PROPERTY(double distance READ distance NOTIFY distanceChanged)
-    Q_PROPERTY(int localizedPercent READ localizedPercent WRITE setLocalizedPercent NOTIFY localizedPercentChanged)
+    Q_PROPERTY(
+        int localizedPercent READ localizedPercent WRITE setLocalizedPercent NOTIFY localizedPercentChanged)
 
 public:
     /// Throws `std::runtime_error` on a null component.
@@ -72,8 +73,8 @@ public slots:
     void loopClosure();
     /// Leaves the mode that saving or loading a map has entered.
     void visualOdometry();
-    /// Loads a map; a path that names no file means the map path. False when there is none, when it can't be opened or
-    /// when the library refuses it.
+    /// Loads a map; a path that names no file means the map path. False when there is none, when it can't be
+    /// opened or when the library refuses it.
     bool loadMap(QString filepath);
     bool loadMap();
 
@@ -103,16 +104,18 @@ private:
     PositionData *m_position;
     OrientationData *m_orientation;
     int m_status = 0;
-    std::atomic<double> m_confidence {0};
+    std::atomic<double> m_confidence{0};
     mutable QMutex m_mutex; ///< guards matrix and anchor; never held while a signal leaves
     QMatrix4x4 m_matrix;
     bool m_enabled = false;
     int m_prediction = 0;
-    std::atomic<bool> m_lost {true};
+    std::atomic<bool> m_lost{true};
     QVector3D m_lastPosition; ///< anchor of the distance; all zero while unset
-    std::atomic<double> m_distance {0};
-    std::ofstream m_mapStream; ///< a member, since a save ends after the call
-    std::atomic<int> m_localizedPercent {0};
+    std::atomic<double> m_distance{0};
+    /// Target of a save, which ends after the call: its completion shares the stream, so that the library can
+    /// write on where this object has gone.
+    const std::shared_ptr<std::ofstream> m_mapStream = std::make_shared<std::ofstream>();
+    std::atomic<int> m_localizedPercent{0};
     bool m_mapLoaded = false;
     CallbackGuard m_callbacks;
 };

@@ -89,7 +89,8 @@ bool Tof3dData::rgbAvailable() const
 
 void Tof3dData::control(bool enable)
 {
-    qDebug(enable ? "Tof3dData::control start...................." : "Tof3dData::control stop....................");
+    qDebug(enable ? "Tof3dData::control start...................."
+                  : "Tof3dData::control stop....................");
 }
 
 void Tof3dData::setColorize(bool colorize)

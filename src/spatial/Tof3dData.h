@@ -10,9 +10,9 @@
 #include <memory>
 #include <vector>
 
-/// What a coloured point cloud of the ToF camera, aligned to a pose, rests on: the components, the settings and the
-/// cloud that the scene draws. Nothing feeds the cloud yet: the frames, the pose and the models below are where a
-/// feed belongs.
+/// What a coloured point cloud of the ToF camera, aligned to a pose, rests on: the components, the settings
+/// and the cloud that the scene draws. Nothing feeds the cloud yet: the frames, the pose and the models below
+/// are where a feed belongs.
 class Tof3dData : public QObject {
     Q_OBJECT
     Q_PROPERTY(bool colorize READ colorize WRITE setColorize NOTIFY colorizeChanged)
@@ -28,8 +28,8 @@ public:
     /// A model without components and without a cloud, as a QML document makes it.
     explicit Tof3dData(QObject *parent = nullptr);
     /// Throws `std::runtime_error` on a null ToF camera; the others may be null.
-    Tof3dData(std::shared_ptr<qv::TofCamera> tof, std::shared_ptr<qv::ColorCamera> rgb, std::shared_ptr<qv::Slam> slam,
-        std::shared_ptr<qv::Slam> edge, QObject *parent);
+    Tof3dData(std::shared_ptr<qv::TofCamera> tof, std::shared_ptr<qv::ColorCamera> rgb,
+        std::shared_ptr<qv::Slam> slam, std::shared_ptr<qv::Slam> edge, QObject *parent);
     ~Tof3dData() override;
 
     bool colorize() const;
