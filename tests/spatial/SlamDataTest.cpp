@@ -431,10 +431,10 @@ TEST_F(Slam, progressIsTakenOnEveryHundredthCallAcrossLoadsAndInstances)
     folder.writeMap(folder.map(), "bytes");
     ASSERT_TRUE(data->loadMap());
     const QSignalSpy changed(data.get(), &SlamData::localizedPercentChanged);
-    float share = 0;
+    float share = 0.05F;
     int calls = 0;
     while (changed.isEmpty() && calls < 100) {
-        share += 0.009F;
+        share += 0.001F;
         slam->loadProgress(share);
         ++calls;
     }
