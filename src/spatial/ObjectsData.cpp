@@ -40,12 +40,14 @@ QJsonArray toJson(const std::vector<qv::Object> &objects)
 ObjectsData::ObjectsData(QObject *parent)
     : QObject(parent)
 {
+    qRegisterMetaType<ObjectsData::Source>();
 }
 
 ObjectsData::ObjectsData(std::shared_ptr<qv::ObjectDetector> detector, QObject *parent)
     : QObject(parent)
     , m_detector(std::move(detector))
 {
+    qRegisterMetaType<ObjectsData::Source>();
     if (!m_detector)
         return;
     registerObjects();

@@ -56,7 +56,7 @@ public slots:
 
 signals:
     void objectsChanged(QJsonArray objects);
-    void sourceChanged(Source source);
+    void sourceChanged(ObjectsData::Source source);
     void modelChanged(QString model);
     void modelDescriptorChanged(QString modelDescriptor);
     void enabledChanged(bool enabled);

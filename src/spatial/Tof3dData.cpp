@@ -25,6 +25,7 @@ Tof3dData::Tof3dData(QObject *parent)
     , m_depth(beforeAll<qv::DepthImage>(1))
     , m_color(beforeAll<qv::ColorImage>(0))
 {
+    qRegisterMetaType<Tof3dData::Source>();
 }
 
 Tof3dData::Tof3dData(std::shared_ptr<qv::TofCamera> tof, std::shared_ptr<qv::ColorCamera> rgb,
@@ -38,6 +39,7 @@ Tof3dData::Tof3dData(std::shared_ptr<qv::TofCamera> tof, std::shared_ptr<qv::Col
     , m_color(beforeAll<qv::ColorImage>(0))
     , m_pointCloud(new PointCloudColor(this))
 {
+    qRegisterMetaType<Tof3dData::Source>();
     if (!m_tof)
         throw std::runtime_error("Invalid TofCamera");
     setRgbAvailable(m_rgb != nullptr);

@@ -51,7 +51,7 @@ public slots:
 signals:
     void colorizeChanged(bool colorize);
     void pointCloudChanged(PointCloudColor *pointCloud);
-    void sourceChanged(Source source);
+    void sourceChanged(Tof3dData::Source source);
     void distanceChanged(double distance);
     void rgbAvailableChanged(bool rgbAvailable);
 
