@@ -13,9 +13,9 @@ namespace {
 
 using nlohmann::json;
 
-constexpr std::pair<const char *, Profile> profiles[]
-    = {{"headset", Profile::Headset}, {"module", Profile::Module}, {"quad", Profile::Quad},
-        {"imu-only", Profile::ImuOnly}, {"plain", Profile::Plain}, {"replay", Profile::Replay}};
+constexpr std::pair<const char *, Profile> profiles[] = {{"headset", Profile::Headset},
+    {"module", Profile::Module}, {"quad", Profile::Quad}, {"imu-only", Profile::ImuOnly},
+    {"plain", Profile::Plain}, {"replay", Profile::Replay}};
 
 /// One JSON object, whose keys are taken one by one; what is left over in the end is unknown.
 class Reader {

@@ -15,7 +15,8 @@ auto hardware(const DeviceConfig &c)
 
 bool StreamConfig::operator==(const StreamConfig &other) const
 {
-    return std::tie(rate, width, height, codec) == std::tie(other.rate, other.width, other.height, other.codec);
+    return std::tie(rate, width, height, codec)
+        == std::tie(other.rate, other.width, other.height, other.codec);
 }
 
 StreamConfig DeviceConfig::stream(const std::string &component) const

@@ -140,7 +140,9 @@ std::vector<std::shared_ptr<StreamThread::Run>> StreamThread::takeFinished(bool 
 {
     const std::lock_guard lock(m_mutex);
     const auto self = std::this_thread::get_id();
-    const auto stays = [&](const std::shared_ptr<Run> &run) { return !ownToo && run->thread.get_id() == self; };
+    const auto stays = [&](const std::shared_ptr<Run> &run) {
+        return !ownToo && run->thread.get_id() == self;
+    };
     const auto taken = std::stable_partition(m_finished.begin(), m_finished.end(), stays);
     std::vector<std::shared_ptr<Run>> result(taken, m_finished.end());
     m_finished.erase(taken, m_finished.end());

@@ -32,7 +32,8 @@ public:
 
     std::atomic<int> imuMode{1}; ///< 0 VSlam only, 1 VSlam and IMU, 2 IMU only, 4 fusion on the host
     std::atomic<int> imuOffset{0}; ///< microseconds
-    std::atomic<int> uvcMode{2}; ///< 0 none, 1 video, 2 demo, 5 demo with points, 3 debug, 4 debug with points
+    std::atomic<int> uvcMode{
+        2}; ///< 0 none, 1 video, 2 demo, 5 demo with points, 3 debug, 4 debug with points
     std::atomic<int> edgePrediction{0}; ///< microseconds
     std::atomic<bool> sync{false}; ///< all streams at the same moments
 

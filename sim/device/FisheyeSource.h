@@ -8,8 +8,8 @@
 
 namespace sim {
 
-/// Where the pictures of a set of fisheye cameras come from. Pictures are asked for on one thread, key points on
-/// another, settings on any.
+/// Where the pictures of a set of fisheye cameras come from. Pictures are asked for on one thread, key points
+/// on another, settings on any.
 class FisheyeSource {
 public:
     using KeyPoints = std::vector<std::vector<float>>; ///< one list of x, y, x, y, ... a camera, in pixels

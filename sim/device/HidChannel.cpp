@@ -56,8 +56,8 @@ std::string HidChannel::answer(unsigned char question)
 /// IMU mode, UVC mode, sync, a zero, then IMU offset and edge prediction, little endian, four bytes each.
 std::string HidChannel::settings() const
 {
-    std::string bytes{static_cast<char>(m_device->imuMode.load()), static_cast<char>(m_device->uvcMode.load()),
-        static_cast<char>(m_device->sync.load()), '\0'};
+    std::string bytes{static_cast<char>(m_device->imuMode.load()),
+        static_cast<char>(m_device->uvcMode.load()), static_cast<char>(m_device->sync.load()), '\0'};
     for (const int value : {m_device->imuOffset.load(), m_device->edgePrediction.load()}) {
         for (int shift = 0; shift < 32; shift += 8)
             bytes += static_cast<char>((static_cast<unsigned>(value) >> shift) & 0xffU);

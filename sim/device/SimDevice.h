@@ -16,7 +16,8 @@ public:
         std::shared_ptr<SimFisheyeCameras> fisheye;
     };
 
-    SimDevice(std::shared_ptr<DeviceState> state, std::map<std::string, std::string> info, Components components);
+    SimDevice(
+        std::shared_ptr<DeviceState> state, std::map<std::string, std::string> info, Components components);
     ~SimDevice() override;
 
     std::map<std::string, std::string> info() override;
@@ -27,7 +28,8 @@ public:
     std::shared_ptr<qv::TofCamera> tofCamera() override { return nullptr; }
     std::shared_ptr<qv::Vsc> vsc() override { return nullptr; }
     std::shared_ptr<qv::ObjectDetector> objectDetector() override { return nullptr; }
-    bool hidWriteAndRead(const std::vector<unsigned char> &command, std::vector<unsigned char> &result) override;
+    bool hidWriteAndRead(
+        const std::vector<unsigned char> &command, std::vector<unsigned char> &result) override;
     bool enableSync(bool isSync) override;
     std::string id() override { return m_state->config().uuid; }
 

@@ -11,14 +11,16 @@ constexpr float maximumRate = 100;
 
 std::shared_ptr<const unsigned char> plainPicture(std::size_t width, std::size_t height)
 {
-    const std::shared_ptr<unsigned char> data(new unsigned char[width * height], std::default_delete<unsigned char[]>());
+    const std::shared_ptr<unsigned char> data(
+        new unsigned char[width * height], std::default_delete<unsigned char[]>());
     std::memset(data.get(), 96, width * height);
     return data;
 }
 
 } // namespace
 
-SimFisheyeCameras::SimFisheyeCameras(std::shared_ptr<DeviceState> device, std::shared_ptr<FisheyeSource> source)
+SimFisheyeCameras::SimFisheyeCameras(
+    std::shared_ptr<DeviceState> device, std::shared_ptr<FisheyeSource> source)
     : StreamComponent("fisheye", std::move(device), source->schedule())
     , m_source(std::move(source))
 {

@@ -6,8 +6,8 @@
 
 namespace sim {
 
-/// The inertial sensor: readings of a source, as the device's settings let them out. Mode 0 "VSlam only" keeps
-/// them inside the device, mode 4 "fusion on host" leaves the biases in, the offset shifts their times.
+/// The inertial sensor: readings of a source, as the device's settings let them out. Mode 0 "VSlam only"
+/// keeps them inside the device, mode 4 "fusion on host" leaves the biases in, the offset shifts their times.
 class SimImuSensor : public virtual qv::ImuSensor, public StreamComponent<qv::Imu> {
 public:
     SimImuSensor(std::shared_ptr<DeviceState> device, std::unique_ptr<ImuSource> source);

@@ -52,7 +52,8 @@ public:
     void unregisterCallback(int id) override { m_callbacks.remove(id); }
 
 protected:
-    StreamComponent(std::string name, std::shared_ptr<DeviceState> device, std::shared_ptr<const Schedule> schedule)
+    StreamComponent(
+        std::string name, std::shared_ptr<DeviceState> device, std::shared_ptr<const Schedule> schedule)
         : m_name(std::move(name))
         , m_device(std::move(device))
         , m_thread(m_name, std::move(schedule), [this](double due) { tick(due); })
