@@ -2,6 +2,12 @@
 
 #include <QJsonValue>
 
+namespace {
+
+using Entries = std::map<std::string, std::string>;
+
+} // namespace
+
 TEST(InformationMap, labelPutsABlankBeforeEveryCapital)
 {
     EXPECT_EQ(InformationMap::label("downsampleAvailable"), QStringLiteral("downsample Available"));
@@ -28,12 +34,12 @@ TEST(InformationMap, sortsTextsAndFeatures)
 
 TEST(InformationMap, versionThatIsAFeatureKeepsItsLabel)
 {
-    const InformationMap map({{"version", "true"}});
+    const InformationMap map(Entries{{"version", "true"}});
     EXPECT_EQ(map.texts(), QJsonObject());
     EXPECT_EQ(map.features(), (QJsonObject{{"version", true}}));
 }
 
 TEST(InformationMap, capitalisedVersionIsAnotherKey)
 {
-    EXPECT_EQ(InformationMap({{"Version", "2"}}).texts(), (QJsonObject{{" Version", "2"}}));
+    EXPECT_EQ(InformationMap(Entries{{"Version", "2"}}).texts(), (QJsonObject{{" Version", "2"}}));
 }
