@@ -17,6 +17,7 @@ Rectangle {
         id: row
 
         ColorImage {
+            id: dropIndicator
             objectName: "dropIndicator"
             source: "qrc:/qt-project.org/imports/QtQuick/Controls.2/Material/images/drop-indicator.png"
             color: "white"
@@ -26,12 +27,14 @@ Rectangle {
         Item {
             // The row's own spacing can't be negative for one neighbour only.
             width: label.implicitWidth - 5
-            height: label.implicitHeight + 2
+            height: Math.max(dropIndicator.height, label.implicitHeight + 2)
 
             Label {
                 id: label
                 x: -5
                 y: 2
+                height: parent.height - y
+                verticalAlignment: Text.AlignVCenter
                 text: control.text
                 color: "white"
             }

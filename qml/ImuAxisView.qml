@@ -5,7 +5,7 @@ import QtQuick.Extras 1.4
 import QtQuick.Layouts 1.13
 
 // One inertial quantity: a scale and a bar for each of its axes.
-ColumnLayout {
+Item {
     id: control
 
     property double minimumValue: 0.0
@@ -17,15 +17,19 @@ ColumnLayout {
 
     readonly property double span: maximumValue - minimumValue
 
+    // Not from the row: its scale's font follows the width in turn.
+    implicitWidth: 100
+    implicitHeight: 180
+
     Label {
+        id: titleLabel
+        anchors { top: parent.top; horizontalCenter: parent.horizontalCenter }
         text: control.title
-        Layout.alignment: Qt.AlignHCenter
     }
 
     RowLayout {
+        anchors { top: titleLabel.bottom; topMargin: 5; bottom: parent.bottom; horizontalCenter: parent.horizontalCenter }
         spacing: 5
-        Layout.alignment: Qt.AlignHCenter
-        Layout.fillHeight: true
 
         Item {
             Layout.preferredWidth: 5

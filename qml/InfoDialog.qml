@@ -64,8 +64,8 @@ Page {
         ColumnLayout {
             id: layout
             objectName: "layout"
-            x: 0.05 * parent.width
-            width: 0.9 * parent.width
+            x: (parent.width - width) / 2
+            width: parent.width / 1.1
             spacing: 0
 
             RowLayout {

@@ -112,7 +112,7 @@ DisplayItem {
                         showPoints: control.showPoints
                         tofData: control.camera && control.camera.tof ? control.camera.tof : null
                         objects: control.objectsOf(index)
-                        Component.onCompleted: CNNRunning = true
+                        Component.onCompleted: gridPainter.CNNRunning = true
                     }
 
                     StreamLabel {

@@ -1,0 +1,30 @@
+#include "device/SimDeviceEx.h"
+
+namespace sim {
+
+void SimDeviceEx::setImuOffset(int offset)
+{
+    if (accepts("setImuOffset", offset))
+        state().imuOffset = offset;
+}
+
+void SimDeviceEx::setImuMode(int mode)
+{
+    const bool known = mode == 0 || mode == 1 || mode == 2 || mode == 4;
+    if (known && accepts("setImuMode", mode))
+        state().imuMode = mode;
+}
+
+void SimDeviceEx::setUvcMode(int mode)
+{
+    if (mode >= 0 && mode <= 5 && accepts("setUvcMode", mode))
+        state().uvcMode = mode;
+}
+
+void SimDeviceEx::setEdgePrediction(int prediction)
+{
+    if (accepts("setEdgePrediction", prediction))
+        state().edgePrediction = prediction;
+}
+
+} // namespace sim

@@ -1,0 +1,123 @@
+#include "replay/PictureReader.h"
+
+#include <array>
+#include <cstring>
+#include <fstream>
+#include <opencv2/imgcodecs.hpp>
+#include <opencv2/imgproc.hpp>
+#include <sstream>
+#include <stdexcept>
+
+namespace sim {
+
+namespace {
+
+const std::string signature("\x89PNG\r\n\x1a\n", 8);
+
+std::uint32_t bigEndian(const char *bytes)
+{
+    std::uint32_t value = 0;
+    for (int i = 0; i < 4; ++i)
+        value = value << 8 | static_cast<unsigned char>(bytes[i]);
+    return value;
+}
+
+std::array<std::uint32_t, 256> makeTable()
+{
+    std::array<std::uint32_t, 256> table{};
+    for (std::uint32_t n = 0; n < 256; ++n) {
+        std::uint32_t c = n;
+        for (int bit = 0; bit < 8; ++bit)
+            c = (c & 1U) != 0 ? 0xedb88320U ^ (c >> 1) : c >> 1;
+        table[n] = c;
+    }
+    return table;
+}
+
+/// The sum of a PNG chunk, ISO 3309.
+std::uint32_t crc(const char *bytes, std::size_t size)
+{
+    static const std::array<std::uint32_t, 256> table = makeTable();
+    std::uint32_t c = 0xffffffffU;
+    for (std::size_t i = 0; i < size; ++i)
+        c = table[(c ^ static_cast<unsigned char>(bytes[i])) & 0xffU] ^ (c >> 8);
+    return c ^ 0xffffffffU;
+}
+
+std::string bytesOf(const std::filesystem::path &file)
+{
+    std::ifstream stream(file, std::ios::binary);
+    if (!stream)
+        throw std::runtime_error("is missing");
+    std::stringstream bytes;
+    bytes << stream.rdbuf();
+    return bytes.str();
+}
+
+cv::Mat decode(const std::string &bytes)
+{
+    const cv::Mat input(1, static_cast<int>(bytes.size()), CV_8UC1, const_cast<char *>(bytes.data()));
+    try {
+        return cv::imdecode(input, cv::IMREAD_UNCHANGED);
+    } catch (const cv::Exception &) {
+        return {};
+    }
+}
+
+cv::Mat toGrey(const cv::Mat &picture)
+{
+    cv::Mat bytes;
+    if (picture.depth() == CV_16U) {
+        // Shifted, not scaled: 255.996 would round up.
+        bytes.create(picture.size(), CV_8UC(picture.channels()));
+        const auto *from = picture.ptr<std::uint16_t>();
+        auto *to = bytes.ptr<unsigned char>();
+        const std::size_t count = picture.total() * static_cast<std::size_t>(picture.channels());
+        for (std::size_t i = 0; i < count; ++i)
+            to[i] = static_cast<unsigned char>(from[i] >> 8);
+    } else {
+        bytes = picture;
+    }
+    if (bytes.channels() == 3)
+        cv::cvtColor(bytes, bytes, cv::COLOR_BGR2GRAY);
+    else if (bytes.channels() == 4)
+        cv::cvtColor(bytes, bytes, cv::COLOR_BGRA2GRAY);
+    return bytes;
+}
+
+} // namespace
+
+bool isWholePng(const std::string &bytes)
+{
+    if (bytes.compare(0, signature.size(), signature) != 0)
+        return false;
+    std::size_t position = signature.size();
+    while (position + 12 <= bytes.size()) {
+        const std::size_t length = bigEndian(&bytes[position]);
+        if (length > bytes.size() - position - 12)
+            return false;
+        const char *type = &bytes[position + 4];
+        if (crc(type, length + 4) != bigEndian(type + 4 + length))
+            return false;
+        if (std::memcmp(type, "IEND", 4) == 0)
+            return true;
+        position += length + 12;
+    }
+    return false;
+}
+
+qv::FisheyeImage readPicture(const std::filesystem::path &file)
+{
+    const std::string bytes = bytesOf(file);
+    const bool png = file.extension() == ".png" || bytes.compare(0, signature.size(), signature) == 0;
+    if (bytes.empty() || (png && !isWholePng(bytes)))
+        throw std::runtime_error("is broken");
+    const cv::Mat picture = decode(bytes);
+    if (picture.empty() || (picture.depth() != CV_8U && picture.depth() != CV_16U))
+        throw std::runtime_error("is no picture that can be shown");
+    const auto grey = std::make_shared<const cv::Mat>(toGrey(picture));
+    return {static_cast<std::size_t>(grey->cols), static_cast<std::size_t>(grey->rows),
+        std::shared_ptr<const unsigned char>(grey, grey->data)};
+}
+
+} // namespace sim

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "device/qv/Records.h"
+
+#include <filesystem>
+#include <string>
+
+namespace sim {
+
+/// One recorded picture as 8-bit grey. Of 16-bit grey the upper eight bits are kept, where TUM-VI has its
+/// picture; colour becomes grey. Throws std::runtime_error with a text for people.
+qv::FisheyeImage readPicture(const std::filesystem::path &file);
+
+/// Whether the bytes are a whole PNG: its signature, its chunks with right sums, its end. The decoder would
+/// print lines of its own about one that isn't.
+bool isWholePng(const std::string &bytes);
+
+} // namespace sim

@@ -1,0 +1,5 @@
+#pragma once
+
+#include "world/CameraModel.h"
+#include "world/PolynomialModel.h"
+#include "world/UnifiedModel.h"

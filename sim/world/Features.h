@@ -1,0 +1,38 @@
+#pragma once
+
+#include "world/CameraModel.h"
+#include "world/Pose.h"
+#include "world/Scene.h"
+
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace sim {
+
+/// A point that a tracker would find again: a corner of the texture of something that stands still.
+struct Feature {
+    int id = -1; ///< its index in `Features::all`
+    Eigen::Vector3d position = Eigen::Vector3d::Zero(); ///< world
+    int surface = -1;
+};
+
+/// The key points of the scene. Immutable: any thread may ask.
+class Features {
+public:
+    explicit Features(std::shared_ptr<const Scene> scene, unsigned seed = 1);
+
+    /// At least 20 000, on all surfaces of the room.
+    const std::vector<Feature> &all() const { return m_all; }
+
+    /// Ids and pixels of those that a camera sees at time t: in the picture and not hidden; at most `limit`.
+    /// The choice goes by a fixed rank of each point, so that the same ones are chosen from frame to frame.
+    std::vector<std::pair<int, Eigen::Vector2f>> visible(
+        const CameraModel &model, const Pose &worldFromCamera, double t, std::size_t limit) const;
+
+private:
+    std::shared_ptr<const Scene> m_scene;
+    std::vector<Feature> m_all;
+};
+
+} // namespace sim
