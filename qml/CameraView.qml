@@ -561,8 +561,12 @@ Item {
                             width: slamButton.width
                             height: slamButton.height
 
-                            HoverHandler {
+                            MouseArea {
                                 id: slamHover
+
+                                anchors.fill: parent
+                                acceptedButtons: Qt.NoButton
+                                hoverEnabled: true
                             }
 
                             ToolTip {
@@ -571,7 +575,7 @@ Item {
                                 y: (slamArea.height - height) / 2
                                 delay: 500
                                 timeout: 5000
-                                visible: (slamHover.hovered || slamButton.hovered) && stereoView.resolutionIndex === 1
+                                visible: (slamHover.containsMouse || slamButton.hovered) && stereoView.resolutionIndex === 1
                                 text: qsTr("If you want to turn on slam, please set the stereo resolution to VGA!")
                             }
 

@@ -67,15 +67,18 @@ TestCase {
     function reveal(item) {
         const flickable = control("flickable")
         const column = control("buttonColumn")
-        const y = item.mapToItem(column, 0, 0).y
-        const last = Math.max(0, flickable.contentHeight - flickable.height)
-        flickable.contentY = Math.min(last, Math.max(0, y - 150))
-        waitForRendering(flickable, 100)
+        tryVerify(function() {
+            const last = Math.max(0, flickable.contentHeight - flickable.height)
+            flickable.contentY = Math.min(last, Math.max(0, item.mapToItem(column, 0, 0).y - 150))
+            const y = item.mapToItem(flickable, 0, 0).y
+            return item.visible && y >= 0 && y + item.height <= flickable.height
+        })
         return item
     }
 
     function openSection(name) {
         control(name).checked = true
+        waitForRendering(control("flickable"))
     }
 
     function click(name) {

@@ -270,7 +270,9 @@ Item {
             control("stereoResolutionComboBox").currentIndex = 1
             viewNamed("stereoView").resolutionIndex = 1
             compare(control("slamButton").enabled, false)
-            mouseMove(reveal(control("slamButton")))
+            const area = reveal(control("slamButton").parent)
+            mouseMove(area, 4, 4)
+            mouseMove(area, area.width / 2, area.height / 2)
             tryCompare(hint, "visible", true)
             compare(hint.text, "If you want to turn on slam, please set the stereo resolution to VGA!")
             compare(hint.delay, 500)

@@ -110,15 +110,22 @@ Item {
 
         function test_sizesGoToTheModels() {
             open()
+            // The second colour picture is told the room of the first view.
+            const rgbView = viewNamed("rgbView")
+            const strangers = []
+            device.probe = function(call) {
+                if (call.indexOf("rgb.setView2Size") === 0
+                        && call !== "rgb.setView2Size(" + rgbView.width + "," + rgbView.height + ")")
+                    strangers.push(call)
+            }
             turnOn(8)
             const cell = content.sideModel.get(0);
             ["stereo", "rgb", "tof", "tofIr", "sgbm"].forEach(function(model) {
                 const calls = device.callsTo(model + ".setViewSize")
                 compare(calls[calls.length - 1], model + ".setViewSize(" + cell.width + "," + cell.height + ")")
             })
-            const second = device.callsTo("rgb.setView2Size")
-            const rgbView = viewNamed("rgbView")
-            compare(second[second.length - 1], "rgb.setView2Size(" + rgbView.width + "," + rgbView.height + ")")
+            verify(device.callsTo("rgb.setView2Size").length > 0)
+            compare(strangers, [])
         }
 
         function test_slamTakesTheBigPlace() {
@@ -174,7 +181,8 @@ Item {
             viewNamed("rgbView").maximize()
             compare(content.mode, 0)
             tryCompare(content.sideModel, "count", 4)
-            compare(names(content.sideModel), order.slice(0, 4))
+            // What had the big place comes first.
+            compare(names(content.sideModel), ["rgbView", "stereoView", "imuView", "rgb2View"])
             fuzzyCompare(viewNamed("rgbView").width, content.width / 2, 0.01)
         }
 
@@ -213,7 +221,7 @@ Item {
             // The next rebuild gives the place back.
             control("imuButton").checked = true
             tryVerify(function() { return names(content.uniqueModel)[0] === "slamView" })
-            compare(names(content.sideModel), ["imuView", "stereoView", "rgbView"])
+            compare(names(content.sideModel), ["imuView", "rgbView", "stereoView"])
         }
 
         function test_aDoubleClickOnABigViewKeepsTheLayout() {
@@ -229,7 +237,7 @@ Item {
         function test_theLayoutIsKept() {
             open()
             content.mode = 1
-            compare(fixture.storedMode(), 1)
+            tryVerify(function() { return fixture.storedMode() == 1 })
             content = null
             fixture.close()
             open()
