@@ -17,6 +17,7 @@ Item {
     property alias saveSettings: presets.saveSettings
 
     readonly property bool compact: width < 750
+    property bool completed: false
 
     // Numbers of the colour maps; what is left out isn't offered.
     readonly property var colorSchemes: [
@@ -108,6 +109,9 @@ Item {
     }
 
     function loadPreset(fallbacks) {
+        // The box takes its first index while the stored values are still on their way.
+        if (!completed)
+            return
         const index = allSettingsCombobox.currentIndex
         if (index === 0) {
             setAllSettings(presets.defaults())
@@ -211,6 +215,7 @@ Item {
     Component.onCompleted: {
         if (content.mode < 0)
             content.mode = 0
+        completed = true
         presets.names().forEach(function(name) { presetNames.append({ text: name }) })
         loadPreset({})
     }
@@ -259,6 +264,7 @@ Item {
 
     Popup {
         id: drawer
+        objectName: "drawer"
 
         width: Math.max(0.19 * parent.width, 340)
         height: parent.height
@@ -279,6 +285,7 @@ Item {
 
             Flickable {
                 id: flickable
+                objectName: "flickable"
 
                 Layout.fillWidth: true
                 Layout.fillHeight: true
@@ -294,6 +301,7 @@ Item {
 
                 Column {
                     id: buttonColumn
+                    objectName: "buttonColumn"
 
                     width: flickable.width
                     topPadding: 15
@@ -322,6 +330,7 @@ Item {
 
                             CustomEditCombobox {
                                 id: allSettingsCombobox
+                                objectName: "allSettingsCombobox"
 
                                 width: 150
                                 anchors.verticalCenter: parent.verticalCenter
@@ -334,11 +343,13 @@ Item {
                             }
 
                             ToolButton {
+                                objectName: "savePresetButton"
                                 text: qsTr(" Save ")
                                 onClicked: view.savePreset()
                             }
 
                             ToolButton {
+                                objectName: "deletePresetButton"
                                 text: qsTr("Delete")
                                 enabled: allSettingsCombobox.currentIndex !== 0
                                 onClicked: view.deletePreset()
@@ -351,12 +362,14 @@ Item {
                     SectionHeader {
                         CustomLabel {
                             id: imuText
+                            objectName: "imuText"
 
                             text: qsTr("IMU")
                         }
 
                         StreamSwitch {
                             id: imuButton
+                            objectName: "imuButton"
 
                             compact: view.compact
                             enabled: view.has("imu")
@@ -376,6 +389,7 @@ Item {
 
                             PanelComboBox {
                                 id: imumodeComboBox
+                                objectName: "imumodeComboBox"
 
                                 implicitWidth: 0.8 * (imuModeRow.width - imuModeRow.captionTextWidth)
                                 isListModel: true
@@ -399,12 +413,14 @@ Item {
                     SectionHeader {
                         CustomLabel {
                             id: stereoText
+                            objectName: "stereoText"
 
                             text: qsTr("Stereo")
                         }
 
                         StreamSwitch {
                             id: stereoButton
+                            objectName: "stereoButton"
 
                             compact: view.compact
                             enabled: view.has("stereo")
@@ -425,6 +441,7 @@ Item {
 
                                 PanelComboBox {
                                     id: stereoResolutionComboBox
+                                    objectName: "stereoResolutionComboBox"
 
                                     width: 150
                                     isListModel: true
@@ -446,6 +463,7 @@ Item {
 
                         PanelCheckBox {
                             id: autoExposure
+                            objectName: "autoExposure"
 
                             scale: view.rcScale
                             text: qsTr("Auto Exposure")
@@ -455,6 +473,7 @@ Item {
 
                         Column {
                             id: exposureGrid
+                            objectName: "exposureGrid"
 
                             width: parent.width
                             spacing: 2
@@ -462,6 +481,7 @@ Item {
 
                             PanelSlider {
                                 id: gainSlider
+                                objectName: "gainSlider"
 
                                 caption: qsTr("Gain:")
                                 valueWidth: 35
@@ -477,6 +497,7 @@ Item {
 
                             PanelSlider {
                                 id: brightnessSlider
+                                objectName: "brightnessSlider"
 
                                 caption: qsTr("Brightness:")
                                 valueWidth: 35
@@ -498,6 +519,7 @@ Item {
 
                             PanelComboBox {
                                 id: modeComboBox
+                                objectName: "modeComboBox"
 
                                 width: 250
                                 isListModel: true
@@ -527,6 +549,7 @@ Item {
                     SectionHeader {
                         CustomLabel {
                             id: slamText
+                            objectName: "slamText"
 
                             text: qsTr("SLAM")
                         }
@@ -538,21 +561,27 @@ Item {
                             width: slamButton.width
                             height: slamButton.height
 
-                            HoverHandler {
+                            MouseArea {
                                 id: slamHover
+
+                                anchors.fill: parent
+                                acceptedButtons: Qt.NoButton
+                                hoverEnabled: true
                             }
 
                             ToolTip {
+                                objectName: "slamHint"
                                 x: slamArea.width
                                 y: (slamArea.height - height) / 2
                                 delay: 500
                                 timeout: 5000
-                                visible: (slamHover.hovered || slamButton.hovered) && stereoView.resolutionIndex === 1
+                                visible: (slamHover.containsMouse || slamButton.hovered) && stereoView.resolutionIndex === 1
                                 text: qsTr("If you want to turn on slam, please set the stereo resolution to VGA!")
                             }
 
                             StreamSwitch {
                                 id: slamButton
+                                objectName: "slamButton"
 
                                 compact: view.compact
                                 enabled: view.has("slam") && stereoResolutionComboBox.currentIndex !== 1
@@ -568,6 +597,7 @@ Item {
 
                         PanelCheckBox {
                             id: multiSlamCheckbox
+                            objectName: "multiSlamCheckbox"
 
                             scale: view.rcScale
                             text: qsTr("Multi-view display Slam")
@@ -576,6 +606,7 @@ Item {
 
                         PanelCheckBox {
                             id: sourceCheckbox
+                            objectName: "sourceCheckbox"
 
                             scale: view.rcScale
                             text: qsTr("Planes source:")
@@ -583,12 +614,11 @@ Item {
                         }
 
                         PanelRow {
-                            id: planesRow
-
                             captionWidth: 0
 
                             PanelComboBox {
                                 id: planesSourceComboBox
+                                objectName: "planesSourceComboBox"
 
                                 width: 0.7 * buttonColumn.width
                                 isListModel: true
@@ -603,6 +633,7 @@ Item {
                         }
 
                         Button {
+                            objectName: "clearPlanesButton"
                             scale: 0.8
                             transformOrigin: Item.Left
                             text: qsTr("Clear planes")
@@ -616,12 +647,14 @@ Item {
                     SectionHeader {
                         CustomLabel {
                             id: tofText
+                            objectName: "tofText"
 
                             text: qsTr("TOF")
                         }
 
                         StreamSwitch {
                             id: tofButton
+                            objectName: "tofButton"
 
                             compact: view.compact
                             enabled: view.has("tof")
@@ -643,6 +676,7 @@ Item {
 
                         PanelSwitch {
                             id: tofShowDepthSwitch
+                            objectName: "tofShowDepthSwitch"
 
                             caption: qsTr("Show depth:")
                             onCheckedChanged: if (view.has("tof")) camera.tof.pixelShow = checked
@@ -650,6 +684,7 @@ Item {
 
                         PanelSwitch {
                             id: tofCenterPixelSwitch
+                            objectName: "tofCenterPixelSwitch"
 
                             caption: qsTr("AVG PX:")
                             onCheckedChanged: if (view.has("tof")) camera.tof.setEnableCenterAvgPx(checked)
@@ -660,6 +695,7 @@ Item {
 
                             PanelComboBox {
                                 id: colorSchemeCombobox
+                                objectName: "colorSchemeCombobox"
 
                                 width: 0.7 * buttonColumn.width
                                 model: view.colorSchemes
@@ -672,6 +708,7 @@ Item {
 
                         PanelSlider {
                             id: maxDistanceSlider
+                            objectName: "maxDistanceSlider"
 
                             caption: qsTr("Maximal distance:")
                             from: 0.1
@@ -684,6 +721,7 @@ Item {
 
                         PanelSlider {
                             id: minDistanceSlider
+                            objectName: "minDistanceSlider"
 
                             caption: qsTr("Minimum distance:")
                             from: 0.1
@@ -696,6 +734,7 @@ Item {
 
                         PanelSlider {
                             id: tofFramerateSlider
+                            objectName: "tofFramerateSlider"
 
                             visible: tofText.checked && view.madeBy(0)
                             caption: qsTr("Framerate:")
@@ -713,6 +752,7 @@ Item {
 
                             PanelComboBox {
                                 id: tofmodeComboBox
+                                objectName: "tofmodeComboBox"
 
                                 width: 0.7 * buttonColumn.width
                                 currentIndex: 1
@@ -737,6 +777,7 @@ Item {
 
                             PanelComboBox {
                                 id: distanceModeComboBox
+                                objectName: "distanceModeComboBox"
 
                                 width: 0.7 * buttonColumn.width
                                 isListModel: true
@@ -759,6 +800,7 @@ Item {
 
                             PanelComboBox {
                                 id: frequencyCombox
+                                objectName: "frequencyCombox"
 
                                 width: 0.7 * buttonColumn.width
                                 isListModel: true
@@ -776,6 +818,7 @@ Item {
 
                             PanelComboBox {
                                 id: resolutionCombox
+                                objectName: "resolutionCombox"
 
                                 width: 0.7 * buttonColumn.width
                                 isListModel: true
@@ -793,6 +836,7 @@ Item {
 
                             PanelComboBox {
                                 id: fpscombox
+                                objectName: "fpscombox"
 
                                 width: 0.7 * buttonColumn.width
                                 isListModel: true
@@ -815,6 +859,7 @@ Item {
 
                             PanelComboBox {
                                 id: sonyTofModecombox
+                                objectName: "sonyTofModecombox"
 
                                 width: 0.7 * buttonColumn.width
                                 isListModel: true
@@ -833,12 +878,14 @@ Item {
                     SectionHeader {
                         CustomLabel {
                             id: irText
+                            objectName: "irText"
 
                             text: qsTr("TOF IR")
                         }
 
                         StreamSwitch {
                             id: irButton
+                            objectName: "irButton"
 
                             compact: view.compact
                             enabled: tofButton.checked && view.has("tofIr")
@@ -853,6 +900,7 @@ Item {
 
                         PanelSlider {
                             id: tofgammaSlider
+                            objectName: "tofgammaSlider"
 
                             caption: qsTr("Tof gamma:")
                             from: 0
@@ -869,12 +917,14 @@ Item {
                     SectionHeader {
                         CustomLabel {
                             id: rgbText
+                            objectName: "rgbText"
 
                             text: qsTr("RGB")
                         }
 
                         StreamSwitch {
                             id: rgbButton
+                            objectName: "rgbButton"
 
                             compact: view.compact
                             enabled: view.has("rgb")
@@ -899,6 +949,7 @@ Item {
 
                             PanelComboBox {
                                 id: resolutionComboBox
+                                objectName: "resolutionComboBox"
 
                                 implicitWidth: 0.9 * (rgbResolutionRow.width - rgbResolutionRow.captionTextWidth)
                                 model: [
@@ -919,13 +970,14 @@ Item {
 
                             StreamSwitch {
                                 id: rgbmodeButton
+                                objectName: "rgbmodeButton"
 
                                 font.pointSize: 11
                                 onText: qsTr("MF")
                                 offText: qsTr("AF")
                                 ready: !view.has("rgb") || camera.rgb.isEnable
                                 ButtonGroup.group: group
-                                onClicked: {
+                                onCheckedChanged: {
                                     if (view.has("rgb") && camera.rgb.isEnable)
                                         camera.rgb.setRGBMode(checked ? 1 : 0)
                                 }
@@ -934,6 +986,7 @@ Item {
 
                         PanelSlider {
                             id: rgbDistanceSlider
+                            objectName: "rgbDistanceSlider"
 
                             visible: rgbText.checked && !!view.camera && view.camera.afRGB === true
                             caption: qsTr("Focal Distance:")
@@ -946,6 +999,7 @@ Item {
 
                         PanelSlider {
                             id: rgbFramerateSlider
+                            objectName: "rgbFramerateSlider"
 
                             caption: qsTr("Framerate:")
                             from: 6
@@ -983,12 +1037,14 @@ Item {
 
                         CustomLabel {
                             id: rgb2Text
+                            objectName: "rgb2Text"
 
                             text: qsTr("RGB2")
                         }
 
                         StreamSwitch {
                             id: rgb2Button
+                            objectName: "rgb2Button"
 
                             compact: view.compact
                             enabled: view.has("rgb")
@@ -1004,12 +1060,14 @@ Item {
                     SectionHeader {
                         CustomLabel {
                             id: rgbdText
+                            objectName: "rgbdText"
 
                             text: qsTr("RGBD")
                         }
 
                         StreamSwitch {
                             id: rgbdButton
+                            objectName: "rgbdButton"
 
                             readonly property bool possible: view.has("rgb") && view.has("tof") && view.has("rgbd")
 
@@ -1027,12 +1085,14 @@ Item {
                     SectionHeader {
                         CustomLabel {
                             id: sgbmText
+                            objectName: "sgbmText"
 
                             text: qsTr("SGBM")
                         }
 
                         StreamSwitch {
                             id: sgbmButton
+                            objectName: "sgbmButton"
 
                             compact: view.compact
                             enabled: view.has("sgbm")
@@ -1054,6 +1114,7 @@ Item {
 
                             PanelSwitch {
                                 id: sgbmDewarpSwitch
+                                objectName: "sgbmDewarpSwitch"
 
                                 caption: qsTr("Dewarp:")
                                 checked: true
@@ -1062,6 +1123,7 @@ Item {
 
                             PanelSwitch {
                                 id: sgbmCenterPixelSwitch
+                                objectName: "sgbmCenterPixelSwitch"
 
                                 caption: qsTr("AVG PX:")
                                 onCheckedChanged: if (view.has("sgbm")) camera.sgbm.setEnableCenterAvgPx(checked)
@@ -1069,6 +1131,7 @@ Item {
 
                             PanelSwitch {
                                 id: sgbmDepthOrDisparitySwitch
+                                objectName: "sgbmDepthOrDisparitySwitch"
 
                                 caption: qsTr("Depth:")
                                 checked: true
@@ -1077,6 +1140,7 @@ Item {
 
                             PanelSwitch {
                                 id: sgbmFillholesOrMaskSwitch
+                                objectName: "sgbmFillholesOrMaskSwitch"
 
                                 caption: qsTr("Fillholes:")
                                 checked: true
@@ -1085,6 +1149,7 @@ Item {
 
                             PanelSwitch {
                                 id: sgbmSourceSwitch
+                                objectName: "sgbmSourceSwitch"
 
                                 caption: qsTr("Show depth:")
                                 onCheckedChanged: if (view.has("sgbm")) camera.sgbm.pixelShow = checked
@@ -1096,6 +1161,7 @@ Item {
 
                             PanelComboBox {
                                 id: sgbmcolorSchemeCombobox
+                                objectName: "sgbmcolorSchemeCombobox"
 
                                 width: 0.7 * buttonColumn.width
                                 model: view.colorSchemes
@@ -1113,6 +1179,7 @@ Item {
 
                             PanelComboBox {
                                 id: sgbmResolutionComboBox
+                                objectName: "sgbmResolutionComboBox"
 
                                 // A preset that moves the box ends its binding: the model's changes are followed here.
                                 readonly property Connections follower: Connections {
@@ -1139,6 +1206,7 @@ Item {
 
                         PanelSpinBox {
                             id: sgbmZoomSpinBox
+                            objectName: "sgbmZoomSpinBox"
 
                             caption: qsTr("Zoom [%]")
                             from: 100
@@ -1150,6 +1218,7 @@ Item {
 
                         PanelSpinBox {
                             id: sgbmBaselineSpinBox
+                            objectName: "sgbmBaselineSpinBox"
 
                             caption: qsTr("baseline [mm]")
                             from: 1
@@ -1160,6 +1229,7 @@ Item {
 
                         PanelSpinBox {
                             id: sgbmFovSpinBox
+                            objectName: "sgbmFovSpinBox"
 
                             caption: qsTr("FOV [px]")
                             from: 50
@@ -1170,6 +1240,7 @@ Item {
 
                         PanelSpinBox {
                             id: sgbmMaxDisparitySpinBox
+                            objectName: "sgbmMaxDisparitySpinBox"
 
                             caption: qsTr("Confidence [px]")
                             from: 0
@@ -1181,6 +1252,7 @@ Item {
                         // Only kept in presets.
                         PanelSpinBox {
                             id: sgbmModeSpinBox
+                            objectName: "sgbmModeSpinBox"
 
                             caption: qsTr("Mode")
                             from: 0
@@ -1190,6 +1262,7 @@ Item {
 
                         PanelSpinBox {
                             id: sgbmMaxDistanceSpinBox
+                            objectName: "sgbmMaxDistanceSpinBox"
 
                             caption: qsTr("Max Distance[mm]")
                             from: 1001
@@ -1200,6 +1273,7 @@ Item {
 
                         PanelSpinBox {
                             id: sgbmMinDistanceSpinBox
+                            objectName: "sgbmMinDistanceSpinBox"
 
                             caption: qsTr("Min Distance[mm]")
                             from: 1
@@ -1210,6 +1284,7 @@ Item {
 
                         Column {
                             id: holeRows
+                            objectName: "holeRows"
 
                             width: parent.width
                             spacing: 2
@@ -1218,6 +1293,7 @@ Item {
 
                             PanelSpinBox {
                                 id: sgbmHoleSizeSpinBox
+                                objectName: "sgbmHoleSizeSpinBox"
 
                                 caption: qsTr("Hole size")
                                 from: 0
@@ -1228,6 +1304,7 @@ Item {
 
                             PanelSpinBox {
                                 id: sgbmHoleMinSpinBox
+                                objectName: "sgbmHoleMinSpinBox"
 
                                 caption: qsTr("Hole min")
                                 from: 1
@@ -1238,6 +1315,7 @@ Item {
 
                             PanelSpinBox {
                                 id: sgbmHoleMaxSpinBox
+                                objectName: "sgbmHoleMaxSpinBox"
 
                                 caption: qsTr("Hole max")
                                 from: 1001
@@ -1249,6 +1327,7 @@ Item {
 
                         Column {
                             id: averageRows
+                            objectName: "averageRows"
 
                             width: parent.width
                             spacing: 2
@@ -1256,6 +1335,7 @@ Item {
 
                             PanelSpinBox {
                                 id: sgbmCenterWidthSpinBox
+                                objectName: "sgbmCenterWidthSpinBox"
 
                                 caption: qsTr("AVG PX Width")
                                 from: 1
@@ -1270,6 +1350,7 @@ Item {
 
                             PanelSpinBox {
                                 id: sgbmCenterHeightSpinBox
+                                objectName: "sgbmCenterHeightSpinBox"
 
                                 caption: qsTr("AVG PX Height")
                                 from: 1
@@ -1289,6 +1370,7 @@ Item {
                     SectionHeader {
                         CustomLabel {
                             id: hidText
+                            objectName: "hidText"
 
                             text: qsTr("HID")
                         }
@@ -1304,6 +1386,7 @@ Item {
                     SectionHeader {
                         CustomLabel {
                             id: generalText
+                            objectName: "generalText"
 
                             text: qsTr("General Settings")
                         }
@@ -1315,6 +1398,7 @@ Item {
 
                         PanelCheckBox {
                             id: enableSyncCheckbox
+                            objectName: "enableSyncCheckbox"
 
                             scale: view.rcScale
                             text: qsTr("Enable Sync")
@@ -1324,6 +1408,7 @@ Item {
 
                         PanelCheckBox {
                             id: enableCNNCheckbox
+                            objectName: "enableCNNCheckbox"
 
                             scale: view.rcScale
                             text: qsTr("Enable CNN")
@@ -1338,6 +1423,7 @@ Item {
 
                             PanelComboBox {
                                 id: cnnCombobox
+                                objectName: "cnnCombobox"
 
                                 width: 0.7 * buttonColumn.width
                                 isListModel: true
@@ -1353,6 +1439,7 @@ Item {
 
                         PanelCheckBox {
                             id: menuAutoCloseCheckbox
+                            objectName: "menuAutoCloseCheckbox"
 
                             scale: view.rcScale
                             text: qsTr("Menu Auto Close")
@@ -1361,6 +1448,7 @@ Item {
 
                         ModelFileRow {
                             id: cnnModelDescriptor
+                            objectName: "cnnModelDescriptor"
 
                             indent: 15
                             caption: qsTr("CNN model descriptor")
@@ -1372,6 +1460,7 @@ Item {
 
                         ModelFileRow {
                             id: cnnModel
+                            objectName: "cnnModel"
 
                             indent: 15
                             caption: qsTr("CNN model")
@@ -1407,6 +1496,7 @@ Item {
 
                             SpinBox {
                                 id: predictionSpinBox
+                                objectName: "predictionSpinBox"
 
                                 width: 150
                                 height: 40
@@ -1431,6 +1521,7 @@ Item {
 
                             PanelComboBox {
                                 id: combobox
+                                objectName: "combobox"
 
                                 width: 0.6 * buttonColumn.width
                                 model: [{ name: "English" }, { name: "简体中文" }, { name: "日本語" }]
@@ -1447,6 +1538,7 @@ Item {
 
                     StreamSwitch {
                         id: tof3DButton
+                        objectName: "tof3DButton"
 
                         visible: false
                         compact: view.compact
@@ -1459,6 +1551,7 @@ Item {
 
                     StreamSwitch {
                         id: eyetrackingButton
+                        objectName: "eyetrackingButton"
 
                         visible: false
                         compact: view.compact
@@ -1474,6 +1567,7 @@ Item {
 
                 ToolButton {
                     id: optionsButton
+                    objectName: "optionsButton"
 
                     visible: false
                     checkable: true
@@ -1521,6 +1615,7 @@ Item {
 
         ViewArea {
             id: content
+            objectName: "content"
 
             Layout.fillWidth: true
             Layout.fillHeight: true
@@ -1760,6 +1855,7 @@ Item {
     Rectangle {
         anchors.fill: parent
         color: "black"
+        objectName: "versionVeil"
         opacity: versionDialog.visible ? 0.65 : 0
         visible: opacity > 0
 
@@ -1775,6 +1871,7 @@ Item {
 
     VersionDialog {
         id: versionDialog
+        objectName: "versionDialog"
 
         anchors.centerIn: parent
         title: qsTr("Version")

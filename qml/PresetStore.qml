@@ -139,9 +139,10 @@ QtObject {
     function names() {
         const result = []
         for (let i = 0; i < saveSettings.length; ++i) {
+            const name = saveSettings[i].value("name")
             // Stored numbers come back as texts.
             if (saveSettings[i].value("isAdd", 0) == 1)
-                result.push(saveSettings[i].value("name", "Not Set"))
+                result.push(name === undefined ? "Not Set" : name)
         }
         return result
     }
