@@ -14,12 +14,15 @@ TestCase {
 
     function init() {
         fixture.clearStore()
+        messages.start()
     }
 
+    // Nothing warns, neither while a page is used nor when it goes.
     function cleanup() {
         content = null
         fixture.close()
         wait(0)
+        compare(messages.warnings(), [])
     }
 
     function open(change) {

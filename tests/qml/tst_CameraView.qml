@@ -339,6 +339,21 @@ Item {
             fixture.advanced = true
         }
 
+        function test_aChoiceFromAListLeavesTheDrawerOpen() {
+            open()
+            openSection("imuText")
+            const box = reveal(control("imumodeComboBox"))
+            mouseClick(findChild(box, "arrowArea"))
+            tryCompare(box.popup, "opened", true)
+            const list = box.popup.contentItem
+            tryVerify(function() { return list.count === 4 && list.itemAtIndex(2) })
+            mouseClick(list.itemAtIndex(2))
+            tryCompare(box.popup, "visible", false)
+            compare(box.currentIndex, 2)
+            compare(device.calls, ["imu.mode(2)"])
+            compare(page.cameraDrawer.opened, true)
+        }
+
         // SLAM
 
         function test_slamFollowsTheSourceInUse_data() {
@@ -500,6 +515,32 @@ Item {
             compare(control("combobox").displayText, "日本語")
             fixture.mainSettings.currentLanguageIndex = 0
             compare(control("combobox").displayText, "English")
+        }
+
+        function test_aLanguageKeepsEveryIndex() {
+            open()
+            const boxes = ["imumodeComboBox", "modeComboBox", "planesSourceComboBox", "distanceModeComboBox",
+                "cnnCombobox", "stereoResolutionComboBox", "sgbmResolutionComboBox", "colorSchemeCombobox",
+                "resolutionComboBox", "tofmodeComboBox", "frequencyCombox"].map(control)
+            boxes.forEach(function(box) { box.currentIndex = 1 })
+            device.forget()
+            openSection("generalText")
+            const language = control("combobox")
+            language.currentIndex = 1
+            language.activated(1)
+            compare(fixture.mainSettings.currentLanguageIndex, 1)
+            compare(TranslateController.loaded, [1])
+            boxes.forEach(function(box) { compare(box.currentIndex, 1, box.objectName) })
+            compare(control("imuText").text, "CameraView/IMU")
+            compare(boxes[0].displayText, "CameraView/VSlam+IMU")
+            compare(boxes[1].displayText, "CameraView/Video only")
+            compare(device.calls, [])
+
+            language.currentIndex = 0
+            language.activated(0)
+            compare(control("imuText").text, "IMU")
+            compare(boxes[0].displayText, "VSlam+IMU")
+            compare(device.calls, [])
         }
 
         // Hidden items
