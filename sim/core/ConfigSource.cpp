@@ -1,5 +1,6 @@
 #include "core/ConfigSource.h"
 
+#include "core/Clock.h"
 #include "core/ConfigParser.h"
 #include "core/Log.h"
 
@@ -12,6 +13,8 @@
 namespace sim {
 
 namespace {
+
+constexpr double writingTime = 0.04; // seconds
 
 std::string variable(const char *name)
 {
@@ -100,14 +103,15 @@ void ConfigSource::reload(const std::string &content)
         complain(m_file + ": " + line);
 }
 
-/// A file may be met half written: only what is still there at the next look is complained about, once.
+/// A file may be met half written: only what is still there a moment later is complained about, once.
 void ConfigSource::refuse(const std::string &content, const std::string &problem)
 {
     const std::string refused = problem + '\n' + content;
     if (refused != m_refused) {
         m_refused = refused;
+        m_refusedSince = Clock::now();
         m_complained = false;
-    } else if (!m_complained) {
+    } else if (!m_complained && Clock::now() >= m_refusedSince + writingTime) {
         complain(m_file + " is left aside: " + problem);
         m_complained = true;
     }

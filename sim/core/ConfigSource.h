@@ -33,7 +33,8 @@ private:
     bool m_seen = false; ///< `m_content` has been read
     bool m_complained = false;
     std::string m_content;
-    std::string m_refused; ///< content that couldn't be used the last time
+    std::string m_refused; ///< what was wrong the last time, and with which content
+    double m_refusedSince = 0; ///< seconds of the clock
 };
 
 } // namespace sim

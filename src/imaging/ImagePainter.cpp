@@ -124,6 +124,20 @@ DepthProbe *ImagePainter::depthProbe() const
     return probe && probe->isRunning() ? probe : nullptr;
 }
 
+/// Qt Quick would paint a hidden item too. One that is shown again is painted then.
+void ImagePainter::repaint()
+{
+    if (isVisible())
+        update();
+}
+
+void ImagePainter::itemChange(ItemChange change, const ItemChangeData &data)
+{
+    if (change == ItemVisibleHasChanged && data.boolValue)
+        update();
+    QQuickPaintedItem::itemChange(change, data);
+}
+
 template <class Value>
 bool ImagePainter::replace(Value &member, const Value &value)
 {
@@ -136,7 +150,7 @@ bool ImagePainter::replace(Value &member, const Value &value)
 void ImagePainter::updateAll()
 {
     ++m_frameCount;
-    update();
+    repaint();
 }
 
 void ImagePainter::setSource(QObject *source)
@@ -156,7 +170,7 @@ void ImagePainter::setSourceHeight(int sourceHeight)
     if (!replace(m_sourceHeight, sourceHeight))
         return;
     emit sourceHeightChanged(m_sourceHeight);
-    update();
+    repaint();
 }
 
 void ImagePainter::setSourceWidth(int sourceWidth)
@@ -164,7 +178,7 @@ void ImagePainter::setSourceWidth(int sourceWidth)
     if (!replace(m_sourceWidth, sourceWidth))
         return;
     emit sourceWidthChanged(m_sourceWidth);
-    update();
+    repaint();
 }
 
 void ImagePainter::setType(ImageType type)
@@ -172,7 +186,7 @@ void ImagePainter::setType(ImageType type)
     if (!replace(m_type, type))
         return;
     emit typeChanged(m_type);
-    update();
+    repaint();
 }
 
 void ImagePainter::setObjects(QJsonArray objects)
@@ -180,7 +194,7 @@ void ImagePainter::setObjects(QJsonArray objects)
     if (!replace(m_objects, objects))
         return;
     emit objectsChanged(m_objects);
-    update();
+    repaint();
 }
 
 void ImagePainter::setHorizontalFlip(bool horizontalFlip)
@@ -188,7 +202,7 @@ void ImagePainter::setHorizontalFlip(bool horizontalFlip)
     if (!replace(m_horizontalFlip, horizontalFlip))
         return;
     emit horizontalFlipChanged(m_horizontalFlip);
-    update();
+    repaint();
 }
 
 void ImagePainter::setVerticalFlip(bool verticalFlip)
@@ -196,7 +210,7 @@ void ImagePainter::setVerticalFlip(bool verticalFlip)
     if (!replace(m_verticalFlip, verticalFlip))
         return;
     emit verticalFlipChanged(m_verticalFlip);
-    update();
+    repaint();
 }
 
 void ImagePainter::setShowPoints(bool showPoints)
@@ -204,7 +218,7 @@ void ImagePainter::setShowPoints(bool showPoints)
     if (!replace(m_showPoints, showPoints))
         return;
     emit showPointsChanged(m_showPoints);
-    update();
+    repaint();
 }
 
 void ImagePainter::setMaxDistance(float maxDistance)
@@ -213,7 +227,7 @@ void ImagePainter::setMaxDistance(float maxDistance)
         return;
     m_maxDistance = maxDistance;
     emit maxDistanceChanged(m_maxDistance);
-    update();
+    repaint();
 }
 
 void ImagePainter::setMinDistance(float minDistance)
@@ -222,7 +236,7 @@ void ImagePainter::setMinDistance(float minDistance)
         return;
     m_minDistance = minDistance;
     emit maxDistanceChanged(m_minDistance);
-    update();
+    repaint();
 }
 
 void ImagePainter::setColorize(bool colorize)
@@ -230,7 +244,7 @@ void ImagePainter::setColorize(bool colorize)
     if (!replace(m_colorize, colorize))
         return;
     emit colorizeChanged(m_colorize);
-    update();
+    repaint();
 }
 
 void ImagePainter::setTopLeftPoint(QPointF topLeftPoint)

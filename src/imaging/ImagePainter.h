@@ -110,8 +110,12 @@ signals:
     void sgbmDataChanged();
     void CNNRunningChanged();
 
+protected:
+    void itemChange(ItemChange change, const ItemChangeData &data) override;
+
 private:
     void countSecond();
+    void repaint();
     void follow(const ImageData::Frame &frame);
     FramePlace drawFrame(QPainter &painter, const ImageData::Frame &frame);
     FramePlace place() const;

@@ -57,7 +57,7 @@ struct DepthColoring {
     DepthPalette palette;
     std::vector<unsigned short> samples;
     std::vector<float> metres;
-    std::vector<unsigned char> measured;
+    std::vector<float> clipped;
     std::vector<unsigned char> levels;
 
     /// Makes room for rows of `count` pixels.

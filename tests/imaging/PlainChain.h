@@ -69,9 +69,10 @@ inline QImage infrared(const ImageData::Frame &frame)
     QImage image(frame.width, frame.height, QImage::Format_RGBA8888);
     const auto *sample = reinterpret_cast<const unsigned short *>(frame.data.get());
     for (int y = 0; y < frame.height; ++y) {
-        for (int x = 0; x < frame.width; ++x) {
-            const unsigned int v = *sample++ & 0xFF;
-            image.setPixel(x, y, 0xFF000000U | v << 16 | v << 8 | v);
+        auto *pixel = image.scanLine(y);
+        for (int x = 0; x < frame.width; ++x, pixel += 4) {
+            pixel[0] = pixel[1] = pixel[2] = static_cast<unsigned char>(*sample++ & 0xFF);
+            pixel[3] = 0xFF;
         }
     }
     return image;

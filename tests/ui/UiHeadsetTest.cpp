@@ -49,10 +49,12 @@ QString prepare(const QString &home)
 
 TEST(Headset, filmPlaysBeforeTheMainPage)
 {
-    ASSERT_TRUE(waitFor([] { return WindowDriver::window() && WindowDriver::window()->isExposed(); }, minute));
+    ASSERT_TRUE(
+        waitFor([] { return WindowDriver::window() && WindowDriver::window()->isExposed(); }, minute));
     EXPECT_EQ(WindowDriver::window()->title(), QStringLiteral("QVSDK Viewer"));
     EXPECT_EQ(WindowDriver::window()->visibility(), QWindow::Maximized);
-    ASSERT_TRUE(waitFor([] { return colours(WindowDriver::grab()) > 8; }, minute)) << "the film shows nothing";
+    ASSERT_TRUE(waitFor([] { return colours(WindowDriver::grab()) > 8; }, minute))
+        << "the film shows nothing";
     EXPECT_FALSE(WindowDriver::page());
     WindowDriver::picture(QStringLiteral("start"));
 }
@@ -79,7 +81,8 @@ TEST(Headset, stereoSwitchPutsLivePicturesOnTheScreen)
     ASSERT_TRUE(waitFor([view] { return view->width() > 100 && view->isVisible(); }, minute));
     ASSERT_TRUE(waitFor([view] { return colours(WindowDriver::grab(view)) > 50; }, minute)) << "no picture";
     const QImage first = WindowDriver::grab(view);
-    ASSERT_TRUE(waitFor([&] { return WindowDriver::grab(view) != first; }, minute)) << "the picture stands still";
+    ASSERT_TRUE(waitFor([&] { return WindowDriver::grab(view) != first; }, minute))
+        << "the picture stands still";
     EXPECT_EQ(model("stereo")->property("count").toInt(), 2);
     WindowDriver::picture(QStringLiteral("stereo"));
 }
@@ -108,12 +111,14 @@ TEST(Headset, bothCamerasShowInTheGrid)
     QQuickItem *grid = WindowDriver::byName("gridButton", view);
     ASSERT_TRUE(grid);
     WindowDriver::click(grid);
-    ASSERT_TRUE(waitFor([view] {
-        int painters = 0;
-        for (QQuickItem *painter : WindowDriver::ofDocument("StereoView"))
-            painters += painter == view;
-        return painters == 1;
-    }, minute));
+    ASSERT_TRUE(waitFor(
+        [view] {
+            int painters = 0;
+            for (QQuickItem *painter : WindowDriver::ofDocument("StereoView"))
+                painters += painter == view;
+            return painters == 1;
+        },
+        minute));
     ASSERT_TRUE(waitFor([view] { return colours(WindowDriver::grab(view)) > 50; }, minute));
     WindowDriver::picture(QStringLiteral("stereo-grid"));
     WindowDriver::click(grid);
@@ -124,17 +129,22 @@ TEST(Headset, everyFrameIsCounted)
     // At 50 frame sets a second a full second brings 50, give or take the one at its edges.
     QObject *stereo = model("stereo");
     QList<int> rates;
-    const auto connection = QObject::connect(stereo, SIGNAL(dataFrameRateChanged(int)), stereo, SLOT(setFrameRate(int)));
+    const auto connection =
+        QObject::connect(stereo, SIGNAL(dataFrameRateChanged(int)), stereo, SLOT(setFrameRate(int)));
     QObject::disconnect(connection);
     QQuickItem *label = WindowDriver::byName("infoLabel", id("stereoView"));
     ASSERT_TRUE(label);
-    EXPECT_TRUE(waitFor([label] { return label->property("text").toString().contains(QLatin1String("640x400@")); }, minute))
+    EXPECT_TRUE(waitFor(
+        [label] { return label->property("text").toString().contains(QLatin1String("640x400@")); }, minute))
         << qPrintable(label->property("text").toString());
-    EXPECT_TRUE(waitFor([label] {
-        const QString text = label->property("text").toString();
-        const int rate = text.section(QLatin1Char('@'), 1).remove(QLatin1String("fps")).toInt();
-        return rate >= 48 && rate <= 52;
-    }, minute)) << qPrintable(label->property("text").toString());
+    EXPECT_TRUE(waitFor(
+        [label] {
+            const QString text = label->property("text").toString();
+            const int rate = text.section(QLatin1Char('@'), 1).remove(QLatin1String("fps")).toInt();
+            return rate >= 48 && rate <= 52;
+        },
+        minute))
+        << qPrintable(label->property("text").toString());
 }
 
 TEST(Headset, drawerGivesItsRoomToTheViews)

@@ -45,7 +45,8 @@ public:
     static void picture(const QString &name);
 };
 
-/// Collects what the program logs as warning, critical or fatal, and passes everything on to the handler before it.
+/// Collects what the program logs as warning, critical or fatal, and passes everything on to the handler
+/// before it.
 class LogWatch {
 public:
     static void install();

@@ -8,13 +8,13 @@
 #include <iostream>
 #include <vector>
 
-// Shows on a machine without a display what the viewer does: starts the program, switches every stream on by a
-// click, tells what is seen and writes a picture of the window.
+// Shows on a machine without a display what the viewer does: starts the program, switches every stream on by
+// a click, tells what is seen and writes a picture of the window.
 
 namespace {
 
-constexpr const char *switches[]
-    = {"imuButton", "stereoButton", "slamButton", "tofButton", "irButton", "rgbButton", "rgb2Button", "rgbdButton", "sgbmButton"};
+constexpr const char *switches[] = {"imuButton", "stereoButton", "slamButton", "tofButton", "irButton",
+    "rgbButton", "rgb2Button", "rgbdButton", "sgbmButton"};
 
 /// The read-outs of the views: their first label starts with the stream's name in brackets.
 void collectReadouts(QQuickItem *item, QStringList &found)
@@ -93,7 +93,7 @@ int main(int argc, char **argv)
         return 2;
     }
     const QString file = QFileInfo(QString::fromLocal8Bit(argv[1])).absoluteFilePath();
-    std::vector<char *> arguments {argv[0]};
+    std::vector<char *> arguments{argv[0]};
     arguments.insert(arguments.end(), argv + 2, argv + argc);
     return runProgram(int(arguments.size()), arguments.data(), [file] { return show(file); });
 }
