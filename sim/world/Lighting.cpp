@@ -21,7 +21,8 @@ Lighting::Lighting(const Room &room)
         if (box.paint == Paint::Lamp || box.size.maxCoeff() < 0.25 || box.size.minCoeff() < 0.024)
             continue;
         const double radius = box.size.norm() / 2;
-        m_blockers.push_back({box.centre, box.size / 2, std::cos(box.yaw), std::sin(box.yaw), radius * radius});
+        m_blockers.push_back(
+            {box.centre, box.size / 2, std::cos(box.yaw), std::sin(box.yaw), radius * radius});
     }
 }
 
