@@ -6,9 +6,6 @@ namespace sim {
 
 namespace {
 
-enum UvcMode { NoStream = 0, VideoOnly = 1, Demo = 2, Debug = 3, DebugWithPoints = 4, DemoWithPoints = 5 };
-enum ImuMode { ImuOnly = 2 };
-
 constexpr std::size_t demoPoints = 100;
 constexpr std::size_t debugPoints = 250;
 

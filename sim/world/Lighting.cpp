@@ -1,5 +1,6 @@
 #include "world/Lighting.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace sim {
@@ -7,7 +8,7 @@ namespace {
 
 using Eigen::Vector3d;
 
-constexpr double nodeSize = 0.11;
+constexpr double nodeSize = 0.125;
 constexpr double reach = 0.9; ///< how far off things still darken a corner, metres
 
 } // namespace
@@ -16,10 +17,12 @@ Lighting::Lighting(const Room &room)
     : m_room(room)
 {
     for (const Box &box : room.boxes()) {
-        // Small things throw shadows too small for the grid.
-        if (box.paint == Paint::Lamp || box.size.maxCoeff() < 0.2)
+        // Small and flat things throw shadows too small for the grid.
+        if (box.paint == Paint::Lamp || box.size.maxCoeff() < 0.25 || box.size.minCoeff() < 0.024)
             continue;
-        m_blockers.push_back({box.centre, box.size / 2, std::cos(box.yaw), std::sin(box.yaw)});
+        const double radius = box.size.norm() / 2;
+        m_blockers.push_back(
+            {box.centre, box.size / 2, std::cos(box.yaw), std::sin(box.yaw), radius * radius});
     }
 }
 
@@ -27,6 +30,9 @@ bool Lighting::blocked(const Vector3d &from, const Vector3d &direction, double l
 {
     for (const Blocker &box : m_blockers) {
         const Vector3d offset = from - box.centre;
+        const double closest = std::clamp(-offset.dot(direction), 0.0, length);
+        if ((offset + closest * direction).squaredNorm() > box.radius2)
+            continue;
         const double origin[3] = {box.cosine * offset.x() - box.sine * offset.z(), offset.y(),
             box.sine * offset.x() + box.cosine * offset.z()};
         const double along[3] = {box.cosine * direction.x() - box.sine * direction.z(), direction.y(),
@@ -91,7 +97,7 @@ double Lighting::openness(const Vector3d &point, const Vector3d &normal) const
 double Lighting::at(const Vector3d &point, const Vector3d &normal) const
 {
     const Vector3d start = point + 0.006 * normal;
-    return 0.22 + 0.38 * openness(start, normal) + 0.62 * direct(start, normal);
+    return std::min(1.2, 0.33 + 0.42 * openness(start, normal) + 0.92 * direct(start, normal));
 }
 
 cv::Mat Lighting::over(const Surface &surface) const

@@ -22,6 +22,7 @@ private:
         Eigen::Vector3d half;
         double cosine;
         double sine;
+        double radius2; ///< squared, of the ball about it
     };
 
     double at(const Eigen::Vector3d &point, const Eigen::Vector3d &normal) const;

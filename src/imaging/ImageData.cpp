@@ -1,6 +1,6 @@
 #include "imaging/ImageData.h"
 
-#include <QMutexLocker>
+#include "imaging/MutexLock.h"
 
 namespace {
 
@@ -47,13 +47,13 @@ void ImageData::setType(int type)
 
 ImageData::Buffer ImageData::data() const
 {
-    const QMutexLocker lock(&m_dataMutex);
+    const MutexLock lock(&m_dataMutex);
     return m_frame.data;
 }
 
 ImageData::Frame ImageData::frame() const
 {
-    const QMutexLocker lock(&m_dataMutex);
+    const MutexLock lock(&m_dataMutex);
     if (m_frame.number == 0)
         return {nullptr, width(), height(), dataSize(), type(), 0};
     return m_frame;
@@ -61,7 +61,7 @@ ImageData::Frame ImageData::frame() const
 
 QVector<QPoint> ImageData::points() const
 {
-    const QMutexLocker lock(&m_pointsMutex);
+    const MutexLock lock(&m_pointsMutex);
     return m_points;
 }
 
@@ -78,7 +78,7 @@ void ImageData::set(
 
 void ImageData::hand(int width, int height, Buffer data, int dataSize, const QVector<QPoint> *points)
 {
-    const QMutexLocker lock(&m_dataMutex);
+    const MutexLock lock(&m_dataMutex);
     m_frame.data.reset();
     m_dataSize.store(0, relaxed);
     setWidth(width);
@@ -95,7 +95,7 @@ void ImageData::setPoints(QVector<QPoint> points)
     if (points == this->points())
         return;
     {
-        const QMutexLocker lock(&m_pointsMutex);
+        const MutexLock lock(&m_pointsMutex);
         m_points = points;
     }
     emit pointsChanged(points);

@@ -2,7 +2,6 @@
 
 #include <QDebug>
 #include <QFile>
-#include <QMutexLocker>
 #include <QTimer>
 #include <utility>
 
@@ -85,7 +84,7 @@ void AbstractData::setRecording(bool recording)
 
 void AbstractData::write(QString line)
 {
-    const QMutexLocker lock(&m_recordMutex);
+    const std::lock_guard lock(m_recordMutex);
     if (m_recordFile)
         m_recordFile->write(line.toLocal8Bit());
 }
@@ -105,7 +104,7 @@ bool AbstractData::storeRecording(bool recording)
     return m_recording.exchange(recording, relaxed) != recording;
 }
 
-QMutex &AbstractData::recordMutex() const
+std::mutex &AbstractData::recordMutex() const
 {
     return m_recordMutex;
 }
@@ -136,13 +135,13 @@ void AbstractData::openRecordFile()
     else if (const QString first = header(); !first.isEmpty())
         file->write((first + QLatin1Char('\n')).toLocal8Bit());
     // Only now, so that no sample gets ahead of the header.
-    const QMutexLocker lock(&m_recordMutex);
+    const std::lock_guard lock(m_recordMutex);
     m_recordFile = file;
 }
 
 void AbstractData::closeRecordFile()
 {
-    QMutexLocker lock(&m_recordMutex);
+    std::unique_lock lock(m_recordMutex);
     QFile *file = std::exchange(m_recordFile, nullptr);
     lock.unlock();
     if (!file)

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <QMutex>
 #include <QObject>
 #include <QString>
 #include <atomic>
+#include <mutex>
 
 class QFile;
 class QTimer;
@@ -56,7 +56,7 @@ protected:
     /// Stores the flag without a signal; false when it had that value already.
     bool storeRecording(bool recording);
     /// Guards what a recording writes to against a stop in mid-sample. Never held while a signal leaves.
-    QMutex &recordMutex() const;
+    std::mutex &recordMutex() const;
 
 private:
     void measureRate();
@@ -72,5 +72,5 @@ private:
     QString m_recordPath;
     std::atomic<bool> m_recording{false};
     QFile *m_recordFile = nullptr;
-    mutable QMutex m_recordMutex;
+    mutable std::mutex m_recordMutex;
 };

@@ -1,7 +1,6 @@
 #include "streams/AbstractImageData.h"
 
 #include <QDebug>
-#include <QMutexLocker>
 #include <opencv2/videoio.hpp>
 
 namespace {
@@ -83,7 +82,7 @@ try {
     const cv::Mat frame = toMat();
     if (!frame.data || frame.total() == 0 || frame.dims == 0)
         return false;
-    const QMutexLocker lock(&recordMutex());
+    const std::lock_guard lock(recordMutex());
     if (!m_videoWriter)
         return false;
     m_videoWriter->write(frame);
@@ -95,7 +94,7 @@ try {
 
 bool AbstractImageData::hasVideoWriter() const
 {
-    const QMutexLocker lock(&recordMutex());
+    const std::lock_guard lock(recordMutex());
     return m_videoWriter != nullptr;
 }
 
@@ -111,13 +110,13 @@ void AbstractImageData::openVideoWriter()
     } catch (const cv::Exception &) {
         // OpenCV has told why; the writer stays closed and takes frames without effect.
     }
-    const QMutexLocker lock(&recordMutex());
+    const std::lock_guard lock(recordMutex());
     m_videoWriter = std::move(writer);
 }
 
 void AbstractImageData::closeVideoWriter()
 {
-    const QMutexLocker lock(&recordMutex());
+    const std::lock_guard lock(recordMutex());
     if (!m_videoWriter)
         return;
     m_videoWriter->release();

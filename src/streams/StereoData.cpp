@@ -2,10 +2,12 @@
 
 #include "device/DeviceAccess.h"
 #include "streams/CalibrationJson.h"
+#include "streams/FrameSize.h"
+#include "streams/Truncate.h"
 
 #include <QDebug>
 #include <QTimer>
-#include <limits>
+#include <algorithm>
 #include <stdexcept>
 #include <utility>
 
@@ -15,25 +17,6 @@ constexpr auto relaxed = std::memory_order_relaxed;
 constexpr int cameraCount = 4;
 constexpr int rateIntervalMs = 1000;
 constexpr int initialUvcMode = 2;
-
-/// Toward zero, and defined for what no int can hold.
-int truncated(float value)
-{
-    constexpr float limit = 2147483648.0F;
-    if (value >= limit)
-        return std::numeric_limits<int>::max();
-    if (value < -limit)
-        return std::numeric_limits<int>::min();
-    return value == value ? int(value) : 0;
-}
-
-/// Whether the picture's size in bytes is a number that the frame holder can carry.
-bool isCarriable(const qv::FisheyeImage &image)
-{
-    constexpr std::size_t most = std::numeric_limits<int>::max();
-    return image.width <= most && image.height <= most
-        && (image.height == 0 || image.width <= most / image.height);
-}
 
 template <class Descriptor>
 QVector<QPoint> pointsOf(const Descriptor &descriptor)
@@ -369,7 +352,7 @@ void StereoData::takeImages(const qv::FisheyeImages &images)
     const int count = int(images.images.size());
     for (int i = 0; i < std::min(count, cameraCount); ++i) {
         const qv::FisheyeImage &image = images.images[std::size_t(i)];
-        if (isCarriable(image))
+        if (isCarriable(image.width, image.height, 1))
             fisheye(i)->setImage(
                 int(image.width), int(image.height), image.data, int(image.width * image.height));
     }
