@@ -111,6 +111,12 @@ QStringList MessageLog::lines() const
     return messages().lines;
 }
 
+QuitCounter::QuitCounter(QQmlEngine *engine)
+    : QObject(engine)
+{
+    connect(engine, &QQmlEngine::quit, this, [this] { ++m_count; });
+}
+
 void TestContext::applicationAvailable()
 {
     registerQmlTypes();
@@ -126,5 +132,9 @@ void TestContext::qmlEngineAvailable(QQmlEngine *engine)
     context->setContextProperty(QStringLiteral("qv_sdk_version"), QStringLiteral("1.2.3"));
     context->setContextProperty(QStringLiteral("tools"), new FakeTools(engine));
     context->setContextProperty(QStringLiteral("listener"), new FakeListener(engine));
+    auto *documents = new DocumentSwap(engine);
+    engine->setUrlInterceptor(documents);
+    context->setContextProperty(QStringLiteral("documents"), documents);
+    context->setContextProperty(QStringLiteral("quits"), new QuitCounter(engine));
     context->setContextProperty(QStringLiteral("messages"), new MessageLog(engine));
 }
