@@ -8,11 +8,16 @@ namespace {
 
 using Eigen::Vector3d;
 
-template <typename Vector>
-void store(const Vector &from, float *to)
+void store(const Vector3d &from, float *to)
 {
-    for (Eigen::Index i = 0; i < from.size(); ++i)
+    for (Eigen::Index i = 0; i < 3; ++i)
         to[i] = static_cast<float>(from(i));
+}
+
+void storeRows(const Eigen::Matrix3d &from, float *to)
+{
+    for (Eigen::Index row = 0; row < 3; ++row)
+        store(from.row(row).transpose(), to + 3 * row);
 }
 
 float dot(const float *a, const float *b)
@@ -80,19 +85,19 @@ void DrawList::addRound(const Ellipsoid &body, const Pose &worldFromCamera)
     const double radius = body.radii.maxCoeff();
     const double sine = std::min(1.0, radius / distance);
     Round out;
-    store((toBall * worldFromCamera.linear()).transpose().eval(), out.ball);
+    storeRows(toBall * worldFromCamera.linear(), out.ball);
     store(origin, out.origin);
     out.offset = static_cast<float>(beyond);
-    store((worldFromCamera.linear().transpose() * -offset / distance).eval(), out.axis);
+    store(worldFromCamera.linear().transpose() * -offset / distance, out.axis);
     out.sine = static_cast<float>(sine);
     out.cosine = static_cast<float>(std::sqrt(1 - sine * sine));
     // The ball about the body may hold the camera though the body doesn't.
     out.nearest = distance > radius * 1.01 ? static_cast<float>(1 / (distance - radius)) : 1e9F;
     out.farthest = static_cast<float>(distance + radius);
-    store((worldFromCamera.linear().transpose() * -offset).eval(), out.centre);
+    store(worldFromCamera.linear().transpose() * -offset, out.centre);
     const Eigen::Matrix3d reach = body.radii.asDiagonal() * body.axes.transpose() * worldFromCamera.linear();
-    store(reach.transpose().eval(), out.reach);
-    store(toBall.eval(), out.worldNormal); // column-major store of the matrix: row-major of its transpose
+    storeRows(reach, out.reach);
+    storeRows(toBall.transpose(), out.worldNormal);
     store(body.color, out.color);
     out.stripes = static_cast<float>(body.stripes * body.radii.y());
     out.id = body.id;

@@ -3,6 +3,7 @@
 #include "world/CameraModel.h"
 #include "world/Pose.h"
 #include "world/Scene.h"
+#include "world/Textures.h"
 
 #include <memory>
 #include <utility>
@@ -22,17 +23,24 @@ class Features {
 public:
     explicit Features(std::shared_ptr<const Scene> scene, unsigned seed = 1);
 
+    /// Those of a scene, made once and shared; the ones asked for last stay.
+    static std::shared_ptr<const Features> of(const std::shared_ptr<const Scene> &scene);
+
     /// At least 20 000, on all surfaces of the room.
     const std::vector<Feature> &all() const { return m_all; }
 
     /// Ids and pixels of those that a camera sees at time t: in the picture and not hidden; at most `limit`.
-    /// The choice goes by a fixed rank of each point, so that the same ones are chosen from frame to frame.
+    /// The choice goes by a fixed rank of each point, distinct ones first, so that the same are chosen from
+    /// frame to frame.
     std::vector<std::pair<int, Eigen::Vector2f>> visible(
         const CameraModel &model, const Pose &worldFromCamera, double t, std::size_t limit) const;
 
 private:
+    void collect(const Surface &surface, const Texture &texture, std::vector<float> &strengths);
+
     std::shared_ptr<const Scene> m_scene;
     std::vector<Feature> m_all;
+    std::vector<std::size_t> m_ranked; ///< indices into `m_all`
 };
 
 } // namespace sim

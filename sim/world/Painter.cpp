@@ -97,7 +97,7 @@ cv::Mat Painter::tinted(const cv::Scalar &color, const cv::Mat &factor) const
 
 cv::Mat Painter::plain(const cv::Scalar &color, double roughness, double grain)
 {
-    cv::Mat factor = 1 + roughness * noise(grain, grain) + 0.6 * roughness * noise(0.5, 0.5);
+    cv::Mat factor = 1 + roughness * noise(grain, grain) + 0.35 * roughness * noise(0.5, 0.5);
     return tinted(color, factor);
 }
 
@@ -159,7 +159,7 @@ cv::Mat Painter::ceilingTiles()
         cv::line(out, {x, 0}, {x, m_size.height}, {172, 172, 168}, 2);
     for (int i = 0; i < 4200; ++i)
         cv::circle(out, {static_cast<int>(unit() * m_size.width), static_cast<int>(unit() * m_size.height)},
-            i % 7 == 0 ? 1 : 0, cv::Scalar::all(150 + 40 * unit()), cv::FILLED);
+            0, cv::Scalar::all(176 + 30 * unit()), cv::FILLED);
     return out;
 }
 

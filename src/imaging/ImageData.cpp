@@ -1,10 +1,17 @@
 #include "imaging/ImageData.h"
 
-#include <QMutexLocker>
+#include "imaging/MutexLock.h"
 
 namespace {
 
 constexpr auto relaxed = std::memory_order_relaxed;
+
+/// Equal buffers don't mean equal frames: a producer may fill the same memory again.
+quint64 nextNumber()
+{
+    static std::atomic<quint64> last{0};
+    return last.fetch_add(1, relaxed) + 1;
+}
 
 } // namespace
 
@@ -40,19 +47,21 @@ void ImageData::setType(int type)
 
 ImageData::Buffer ImageData::data() const
 {
-    const QMutexLocker lock(&m_dataMutex);
-    return m_data;
+    const MutexLock lock(&m_dataMutex);
+    return m_frame.data;
 }
 
 ImageData::Frame ImageData::frame() const
 {
-    const QMutexLocker lock(&m_dataMutex);
-    return {m_data, width(), height(), dataSize(), m_data ? m_frameType : type()};
+    const MutexLock lock(&m_dataMutex);
+    if (m_frame.number == 0)
+        return {nullptr, width(), height(), dataSize(), type(), 0};
+    return m_frame;
 }
 
 QVector<QPoint> ImageData::points() const
 {
-    const QMutexLocker lock(&m_pointsMutex);
+    const MutexLock lock(&m_pointsMutex);
     return m_points;
 }
 
@@ -69,26 +78,24 @@ void ImageData::set(
 
 void ImageData::hand(int width, int height, Buffer data, int dataSize, const QVector<QPoint> *points)
 {
-    const QMutexLocker lock(&m_dataMutex);
-    m_data.reset();
+    const MutexLock lock(&m_dataMutex);
+    m_frame.data.reset();
     m_dataSize.store(0, relaxed);
     setWidth(width);
     setHeight(height);
     if (points)
         setPoints(*points);
-    m_data = std::move(data);
-    m_frameType = type();
+    m_frame = {std::move(data), width, height, dataSize, type(), nextNumber()};
     m_dataSize.store(dataSize, relaxed);
     emit update();
 }
 
 void ImageData::setPoints(QVector<QPoint> points)
 {
-    // The key points have one writer, so what it compares with can't change under it.
-    if (points == m_points)
+    if (points == this->points())
         return;
     {
-        const QMutexLocker lock(&m_pointsMutex);
+        const MutexLock lock(&m_pointsMutex);
         m_points = points;
     }
     emit pointsChanged(points);

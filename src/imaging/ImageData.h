@@ -4,6 +4,7 @@
 #include <QObject>
 #include <QPoint>
 #include <QVector>
+#include <QtGlobal>
 #include <atomic>
 #include <memory>
 
@@ -38,6 +39,7 @@ public:
         int height = 0;
         int dataSize = 0;
         int type = Gray;
+        quint64 number = 0; ///< of the hand-over, unique in the program; 0 before the first
     };
 
     explicit ImageData(QObject *parent = nullptr);
@@ -53,7 +55,8 @@ public:
     /// a newer frame has replaced it. Thread-safe.
     Buffer data() const;
 
-    /// The current frame as one consistent snapshot. Thread-safe.
+    /// The current frame as one consistent snapshot, with the type that was set when it was handed over.
+    /// Thread-safe.
     Frame frame() const;
 
     /// Key points, in frame pixels. Thread-safe.
@@ -82,10 +85,9 @@ private:
 
     std::atomic<int> m_width{0};
     std::atomic<int> m_height{0};
-    Buffer m_data;
     std::atomic<int> m_dataSize{0};
     std::atomic<int> m_type{Gray};
-    int m_frameType = Gray; ///< the type that the buffer in `m_data` came with
+    Frame m_frame;
     QVector<QPoint> m_points;
     mutable QMutex m_pointsMutex;
     mutable QMutex m_dataMutex;

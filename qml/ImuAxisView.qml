@@ -1,0 +1,85 @@
+import QtQuick 2.13
+import QtQuick.Controls 2.13
+import QtQuick.Controls.Styles 1.4
+import QtQuick.Extras 1.4
+import QtQuick.Layouts 1.13
+
+// One inertial quantity: a scale and a bar for each of its axes.
+Item {
+    id: control
+
+    property double minimumValue: 0.0
+    property double maximumValue: 100.0
+    property alias tickmarkStepSize: gauge.tickmarkStepSize
+    property double factor: 1.0
+    property var axis: null
+    property string title: ""
+
+    readonly property double span: maximumValue - minimumValue
+
+    // Not from the row: its scale's font follows the width in turn.
+    implicitWidth: 100
+    implicitHeight: 180
+
+    Label {
+        id: titleLabel
+        anchors { top: parent.top; horizontalCenter: parent.horizontalCenter }
+        text: control.title
+    }
+
+    RowLayout {
+        anchors { top: titleLabel.bottom; topMargin: 5; bottom: parent.bottom; horizontalCenter: parent.horizontalCenter }
+        spacing: 5
+
+        Item {
+            Layout.preferredWidth: 5
+        }
+
+        Gauge {
+            id: gauge
+            objectName: "gauge"
+            minimumValue: control.minimumValue
+            maximumValue: control.maximumValue
+            tickmarkStepSize: control.span / 8
+            formatValue: function(value) {
+                return value.toFixed(control.span > 10 ? 0 : 1)
+            }
+            font.pixelSize: Math.max(4, Math.min(12 * control.width / 100, 12))
+            style: GaugeStyle {
+                // The bars stand beside the scale, one per axis.
+                valueBar: Item {
+                    implicitWidth: 0
+                }
+                foreground: null
+            }
+            Layout.fillHeight: true
+        }
+
+        GaugeView {
+            objectName: "xGauge"
+            minimumValue: control.minimumValue
+            maximumValue: control.maximumValue
+            axis: GaugeView.Axis.X
+            value: control.axis ? control.axis.x * control.factor : 0.0
+            Layout.fillHeight: true
+        }
+
+        GaugeView {
+            objectName: "yGauge"
+            minimumValue: control.minimumValue
+            maximumValue: control.maximumValue
+            axis: GaugeView.Axis.Y
+            value: control.axis ? control.axis.y * control.factor : 0.0
+            Layout.fillHeight: true
+        }
+
+        GaugeView {
+            objectName: "zGauge"
+            minimumValue: control.minimumValue
+            maximumValue: control.maximumValue
+            axis: GaugeView.Axis.Z
+            value: control.axis ? control.axis.z * control.factor : 0.0
+            Layout.fillHeight: true
+        }
+    }
+}

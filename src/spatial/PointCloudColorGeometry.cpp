@@ -1,0 +1,56 @@
+#include "spatial/PointCloudColorGeometry.h"
+
+#include "spatial/PointAttribute.h"
+
+using Qt3DRender::QAttribute;
+using Qt3DRender::QBuffer;
+
+PointCloudColorGeometry::PointCloudColorGeometry(Qt3DCore::QNode *parent)
+    : Qt3DRender::QGeometry(parent)
+    , m_buffer(new QBuffer(this))
+    , m_colorBuffer(new QBuffer(this))
+{
+}
+
+PointCloudColor *PointCloudColorGeometry::pointCloud() const
+{
+    return m_pointCloud;
+}
+
+void PointCloudColorGeometry::setPointCloud(PointCloudColor *pointCloud)
+{
+    if (pointCloud == m_pointCloud)
+        return;
+    if (m_pointCloud)
+        disconnect(m_pointCloud, &PointCloudColor::update, this, &PointCloudColorGeometry::updateVertices);
+    m_pointCloud = pointCloud;
+    if (m_pointCloud) {
+        connect(m_pointCloud, &PointCloudColor::update, this, &PointCloudColorGeometry::updateVertices);
+        updateVertices();
+    }
+    emit pointCloudChanged(pointCloud);
+}
+
+void PointCloudColorGeometry::updateVertices()
+{
+    if (m_pointCloud) {
+        const int size = m_pointCloud->size();
+        m_buffer->setData(pointAttribute::filledUp(m_pointCloud->points(), size));
+        m_colorBuffer->setData(pointAttribute::filledUp(m_pointCloud->colors(), size));
+    }
+    updateAttributes();
+}
+
+void PointCloudColorGeometry::updateAttributes()
+{
+    const int count = m_pointCloud ? m_pointCloud->size() : 0;
+    const QString position = QAttribute::defaultPositionAttributeName();
+    const QString color = QAttribute::defaultColorAttributeName();
+    if (attributes().isEmpty()) {
+        setBoundingVolumePositionAttribute(pointAttribute::add(this, m_buffer, position, count));
+        pointAttribute::add(this, m_colorBuffer, color, count);
+    } else {
+        pointAttribute::setCount(this, position, count);
+        pointAttribute::setCount(this, color, count);
+    }
+}

@@ -1,0 +1,95 @@
+#include "streams/TofPictures.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <opencv2/imgproc.hpp>
+
+namespace {
+
+constexpr double farthest = 9.5;
+constexpr double nearest = 0.1;
+/// The infrared sample that takes the last colour.
+constexpr float infraredScale = 2494.0F;
+
+bool isWholeFrame(const ImageData::Frame &frame, int bytesPerPixel)
+{
+    return frame.data && frame.width > 0 && frame.height > 0
+        && frame.dataSize >= qint64(frame.width) * frame.height * bytesPerPixel;
+}
+
+cv::Mat ownMetres(const ImageData::Frame &frame)
+{
+    cv::Mat metres(frame.height, frame.width, CV_32FC1);
+    std::memcpy(metres.data, frame.data.get(), metres.total() * metres.elemSize());
+    return metres;
+}
+
+ColorTable makeIrColorTable()
+{
+    ColorTable table = depthColorTable;
+    table.front() = {0, 0, 0};
+    table.back() = {64, 0, 255};
+    return table;
+}
+
+/// The grey of an infrared sample.
+unsigned char infraredGrey(unsigned short sample)
+{
+    const float level = std::clamp(float(sample) * 255.0F / infraredScale, 0.0F, 255.0F);
+    const auto &color = irColorTable[std::size_t(level)];
+    return static_cast<unsigned char>((color[0] + color[1] + color[2]) / 3);
+}
+
+} // namespace
+
+const ColorTable irColorTable = makeIrColorTable();
+
+void millimetresToMetres(const unsigned char *millimetres, std::size_t count, float *metres)
+{
+    // Both numbers are exact in a float, so its quotient is the double's, rounded.
+    for (std::size_t i = 0; i < count; ++i) {
+        std::int16_t value;
+        std::memcpy(&value, millimetres + i * sizeof(value), sizeof(value));
+        metres[i] = float(value) / 1000.0F;
+    }
+}
+
+cv::Mat depthPicture(const ImageData::Frame &frame, double near, double far)
+{
+    if (!isWholeFrame(frame, sizeof(float)))
+        return {};
+    cv::Mat out = cv::Mat::zeros(frame.height, frame.width, CV_8UC3);
+    cv::Mat source = ownMetres(frame);
+    cv::Mat measured, valid, mask, grey, colored;
+    cv::threshold(source, measured, farthest, 0, cv::THRESH_TOZERO_INV);
+    cv::threshold(source, valid, nearest, 1.0, cv::THRESH_BINARY);
+    valid.convertTo(mask, CV_8U, 255, 0);
+    cv::threshold(measured, source, far, far, cv::THRESH_TRUNC);
+    measured.convertTo(grey, CV_8U, 255 / (far - near), -255 * near / (far - near));
+    colored.create(frame.height, frame.width, CV_8UC3);
+    cv::applyColorMap(grey, colored, cv::COLORMAP_RAINBOW);
+    cv::cvtColor(grey, colored, cv::COLOR_GRAY2BGR);
+    colored.copyTo(out, mask);
+    cv::LUT(out, depthColorLut(), out);
+    cv::cvtColor(out, out, cv::COLOR_BGR2RGB);
+    return out;
+}
+
+QImage infraredPicture(const ImageData::Frame &frame)
+{
+    if (!isWholeFrame(frame, sizeof(unsigned short)))
+        return {};
+    QImage image(frame.width, frame.height, QImage::Format_RGBA8888);
+    const unsigned char *bytes = frame.data.get();
+    for (int y = 0; y < image.height(); ++y) {
+        unsigned char *out = image.scanLine(y);
+        for (int x = 0; x < image.width(); ++x, bytes += sizeof(unsigned short), out += 4) {
+            unsigned short sample;
+            std::memcpy(&sample, bytes, sizeof(sample));
+            std::fill_n(out, 3, infraredGrey(sample));
+            out[3] = 255;
+        }
+    }
+    return image;
+}

@@ -1,0 +1,71 @@
+#include "device/WorkThread.h"
+
+#include "support/FakeDevice.h"
+#include "support/FakeLibrary.h"
+
+namespace {
+
+/// Runs the loop until it has asked `questions` times, and answers what it posted.
+std::vector<fake::Devices> answersOf(int questions)
+{
+    std::vector<fake::Devices> answers;
+    WorkThread thread;
+    QObject::connect(
+        &thread, &WorkThread::resultReady, &thread,
+        [&](const fake::Devices &devices) {
+            answers.push_back(devices);
+            if (static_cast<int>(answers.size()) == questions)
+                thread.end();
+        },
+        Qt::DirectConnection);
+    thread.start();
+    thread.wait();
+    return answers;
+}
+
+} // namespace
+
+TEST(WorkThread, asksWithFixedArguments)
+{
+    fake::library().reset();
+    answersOf(2);
+    const auto calls = fake::library().getDevicesCalls();
+    ASSERT_EQ(calls.size(), 2U);
+    for (const fake::GetDevicesCall &call : calls) {
+        EXPECT_EQ(call.timeout, 15.0);
+        EXPECT_EQ(call.desc, "");
+        EXPECT_EQ(call.stopWaiting, nullptr);
+        EXPECT_EQ(call.mode, 0);
+        EXPECT_EQ(call.support, 0);
+    }
+}
+
+TEST(WorkThread, postsEveryAnswerAlsoAnUnchangedOne)
+{
+    fake::library().reset();
+    const auto device = std::make_shared<FakeDevice>();
+    const fake::Devices devices{{"a", device}};
+    fake::library().setDevices(devices);
+    EXPECT_THAT(answersOf(3), testing::ElementsAre(devices, devices, devices));
+}
+
+TEST(WorkThread, keepsNoDeviceBetweenItsQuestions)
+{
+    fake::library().reset();
+    auto device = std::make_shared<FakeDevice>();
+    fake::library().setDevices({{"a", device}});
+    answersOf(1);
+    fake::library().setDevices({});
+    EXPECT_EQ(device.use_count(), 1);
+}
+
+TEST(WorkThread, hasNoParentAndRunsFromTheStart)
+{
+    WorkThread thread;
+    EXPECT_EQ(thread.parent(), nullptr);
+    thread.end();
+    fake::library().reset();
+    thread.start();
+    thread.wait();
+    EXPECT_THAT(fake::library().getDevicesCalls(), testing::IsEmpty());
+}

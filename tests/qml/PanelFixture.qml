@@ -1,0 +1,117 @@
+import QtQuick 2.13
+import Qt.labs.settings 1.1
+import "qrc:/"
+
+// One page on one fake device, with what the main window gives to a page.
+Item {
+    id: window
+
+    property bool isHeaderHovered: false
+    property string version: "3.2.0"
+    property string qv_sdk_version: "7.8.9"
+    property bool advanced: true
+
+    property var page: null
+    property var device: null
+    property alias mainSettings: mainSettings
+    property alias devices: listener.cameras
+
+    width: 1024
+    height: 768
+
+    QtObject {
+        id: listener
+
+        property var cameras: []
+    }
+
+    QtObject {
+        id: mainSettings
+
+        property int currentLanguageIndex: 0
+    }
+
+    QtObject {
+        id: uuidSelector
+
+        property int currentIndex: 0
+        property int count: 1
+    }
+
+    QtObject {
+        id: tools
+
+        function filename(url) { return url.toString().split("/").pop() }
+        function filepath(url) { return url.toString().replace("file://", "") }
+        function fileExists() { return false }
+        function folderUrl(url) { return url }
+        function openUrl() { return true }
+        function copyToClipboard() {}
+    }
+
+    Settings {
+        id: modeStore
+
+        category: "CameraView"
+    }
+
+    PresetStore {
+        id: store
+    }
+
+    Component {
+        id: deviceComponent
+
+        FakeDevice {}
+    }
+
+    Component {
+        id: pageComponent
+
+        CameraView {}
+    }
+
+    /// A fresh page; `change` may alter the device before the page sees it.
+    function open(change) {
+        device = deviceComponent.createObject(window)
+        if (change)
+            change(device)
+        listener.cameras = [device]
+        page = pageComponent.createObject(window, { width: window.width, height: window.height, camera: device })
+        device.forget()
+        return page
+    }
+
+    function openWithout(names) {
+        return open(function(fake) { names.forEach(function(name) { fake[name] = null }) })
+    }
+
+    function openEmpty() {
+        page = pageComponent.createObject(window, { width: window.width, height: window.height })
+        return page
+    }
+
+    function close() {
+        if (page)
+            page.destroy()
+        if (device)
+            device.destroy()
+        page = null
+        device = null
+        listener.cameras = []
+    }
+
+    function clearStore() {
+        modeStore.setValue("mode", 0)
+        for (let i = 0; i < 10; ++i)
+            store.release(i)
+    }
+
+    function slot(index) {
+        return store.saveSettings[index]
+    }
+
+    function storedMode() {
+        return modeStore.value("mode", -1)
+    }
+}

@@ -1,0 +1,334 @@
+import QtQuick 2.13
+import QtTest 1.13
+
+Item {
+    width: 1024
+    height: 768
+
+    PanelFixture {
+        id: fixture
+    }
+
+    PanelTestCase {
+        name: "CameraViewLayout"
+        fixture: fixture
+
+        readonly property var buttons: ["imuButton", "stereoButton", "rgbButton", "rgb2Button", "tofButton", "irButton",
+            "sgbmButton", "slamButton"]
+        readonly property var order: ["imuView", "stereoView", "rgbView", "rgb2View", "tofView", "irView", "sgbmView",
+            "slamView"]
+
+        function turnOn(count) {
+            switchOn.apply(null, buttons.slice(0, count))
+            tryVerify(function() { return placed() === count })
+        }
+
+        function bigLayout() {
+            content.mode = 1
+            tryVerify(function() { return content.uniqueModel.count === 1 })
+            wait(60)
+        }
+
+        function minimized(model) {
+            const result = []
+            for (let i = 0; i < model.count; ++i)
+                result.push(model.get(i).minimized)
+            return result
+        }
+
+        function test_allViewsWaitUnused() {
+            open()
+            compare(names(content.unusedModel), ["imuView", "stereoView", "rgbView", "rgb2View", "rgbdView", "tofView",
+                "irView", "sgbmView", "tof3DView", "eyetrackingView", "slamView"])
+            compare(placed(), 0)
+            compare(content.gridView.columns, 1)
+            for (let i = 0; i < content.unusedModel.count; ++i) {
+                compare(content.unusedModel.get(i).width, 0)
+                compare(content.unusedModel.get(i).modelIndex, -1)
+            }
+        }
+
+        function test_theGridHasRoomForAll_data() {
+            return [
+                { count: 1, landscape: true, columns: 1, rows: 1 },
+                { count: 2, landscape: true, columns: 2, rows: 1 },
+                { count: 3, landscape: true, columns: 2, rows: 2 },
+                { count: 4, landscape: true, columns: 2, rows: 2 },
+                { count: 5, landscape: true, columns: 3, rows: 2 },
+                { count: 7, landscape: true, columns: 3, rows: 3 },
+                { count: 1, landscape: false, columns: 1, rows: 1 },
+                { count: 2, landscape: false, columns: 1, rows: 2 },
+                { count: 3, landscape: false, columns: 2, rows: 2 },
+                { count: 4, landscape: false, columns: 2, rows: 2 },
+                { count: 5, landscape: false, columns: 2, rows: 3 },
+                { count: 7, landscape: false, columns: 2, rows: 4 }
+            ].map(function(row) { row.tag = row.count + (row.landscape ? " landscape" : " portrait"); return row })
+        }
+
+        function test_theGridHasRoomForAll(row) {
+            open()
+            if (!row.landscape) {
+                page.width = 700
+                page.height = 760
+            }
+            turnOn(row.count)
+            compare(page.landscape, row.landscape)
+            compare(content.gridView.columns, row.columns)
+            compare(content.gridView.rows, row.rows)
+            compare(names(content.sideModel), order.slice(0, row.count))
+            const last = content.sideModel.get(row.count - 1)
+            fuzzyCompare(last.width, content.width / row.columns, 0.01)
+            fuzzyCompare(last.height, content.height / row.rows, 0.01)
+            const place = last.mapToItem(content, 0, 0)
+            fuzzyCompare(place.x, ((row.count - 1) % row.columns) * last.width, 0.01)
+            fuzzyCompare(place.y, Math.floor((row.count - 1) / row.columns) * last.height, 0.01)
+            verify(minimized(content.sideModel).every(function(small) { return !small }))
+        }
+
+        function test_severalSwitchesMakeOneRebuild() {
+            open()
+            let inserts = 0
+            content.sideModel.countChanged.connect(function() { ++inserts })
+            switchOn("imuButton", "stereoButton", "rgbButton")
+            tryVerify(function() { return placed() === 3 })
+            wait(60)
+            compare(inserts, 3)
+        }
+
+        function test_aViewThatLeavesHasNoRoom() {
+            open()
+            turnOn(2)
+            const stereo = viewNamed("stereoView")
+            verify(stereo.width > 0)
+            control("stereoButton").checked = false
+            tryCompare(content.sideModel, "count", 1)
+            compare(stereo.width, 0)
+            compare(stereo.height, 0)
+            compare(stereo.camera, null)
+            compare(content.sideModel.get(0).width, content.width)
+        }
+
+        function test_sizesGoToTheModels() {
+            open()
+            // The second colour picture is told the room of the first view.
+            const rgbView = viewNamed("rgbView")
+            const strangers = []
+            device.probe = function(call) {
+                if (call.indexOf("rgb.setView2Size") === 0
+                        && call !== "rgb.setView2Size(" + rgbView.width + "," + rgbView.height + ")")
+                    strangers.push(call)
+            }
+            turnOn(8)
+            const cell = content.sideModel.get(0);
+            ["stereo", "rgb", "tof", "tofIr", "sgbm"].forEach(function(model) {
+                const calls = device.callsTo(model + ".setViewSize")
+                compare(calls[calls.length - 1], model + ".setViewSize(" + cell.width + "," + cell.height + ")")
+            })
+            verify(device.callsTo("rgb.setView2Size").length > 0)
+            compare(strangers, [])
+        }
+
+        function test_slamTakesTheBigPlace() {
+            open()
+            turnOn(8)
+            bigLayout()
+            compare(names(content.uniqueModel), ["slamView"])
+            compare(names(content.sideModel), order.slice(0, 7))
+            compare(viewNamed("slamView").minimized, false)
+            verify(minimized(content.sideModel).every(function(small) { return small }))
+            for (let i = 0; i < 7; ++i)
+                compare(content.sideModel.get(i).modelIndex, i)
+            compare(viewNamed("slamView").width, content.uniqueView.width)
+            compare(viewNamed("imuView").width, content.sideView.width)
+            fuzzyCompare(viewNamed("imuView").height, content.sideView.width * 0.75, 0.01)
+            verify(content.sideView.width >= 150)
+            verify(content.sideView.mapToItem(content, content.sideView.width, 0).x <= content.width + 0.01)
+        }
+
+        function test_theFirstViewTakesTheBigPlaceWithoutSlam() {
+            open()
+            turnOn(3)
+            bigLayout()
+            compare(names(content.uniqueModel), ["imuView"])
+            compare(names(content.sideModel), ["stereoView", "rgbView"])
+            compare(viewNamed("imuView").minimized, false)
+        }
+
+        function test_slamOffGivesTheBigPlaceToTheFirst() {
+            open()
+            switchOn("stereoButton", "rgbButton", "slamButton")
+            tryVerify(function() { return placed() === 3 })
+            bigLayout()
+            compare(names(content.uniqueModel), ["slamView"])
+            control("slamButton").checked = false
+            tryVerify(function() { return content.uniqueModel.count === 1 && names(content.uniqueModel)[0] === "stereoView" })
+            compare(names(content.sideModel), ["rgbView"])
+        }
+
+        function test_maximizeAndBack() {
+            open()
+            turnOn(4)
+            viewNamed("rgbView").maximize()
+            compare(content.mode, 1)
+            tryVerify(function() { return names(content.uniqueModel)[0] === "rgbView" })
+            compare(names(content.sideModel), ["stereoView", "imuView", "rgb2View"])
+            compare(viewNamed("rgbView").modelIndex, -1)
+            compare(viewNamed("imuView").modelIndex, 1)
+            compare(viewNamed("imuView").minimized, true)
+            compare(viewNamed("rgbView").width, content.uniqueView.width)
+            compare(content.uniqueView.cellWidth, content.uniqueView.width)
+
+            viewNamed("rgbView").maximize()
+            compare(content.mode, 0)
+            tryCompare(content.sideModel, "count", 4)
+            // What had the big place comes first.
+            compare(names(content.sideModel), ["rgbView", "stereoView", "imuView", "rgb2View"])
+            fuzzyCompare(viewNamed("rgbView").width, content.width / 2, 0.01)
+        }
+
+        function test_everyMaximizedViewIsShown_data() {
+            return order.map(function(name) { return { tag: name } })
+        }
+
+        function test_everyMaximizedViewIsShown(row) {
+            open()
+            turnOn(8)
+            const wanted = viewNamed(row.tag)
+            wanted.maximize()
+            tryVerify(function() { return names(content.uniqueModel)[0] === row.tag })
+            waitForRendering(content, 200)
+            for (let i = 0; i < content.sideModel.count; ++i) {
+                const item = content.sideModel.get(i)
+                compare(item.parent, content.sideView.contentItem, item.objectName)
+                verify(item.visible, item.objectName)
+            }
+            compare(wanted.parent, content.uniqueView.contentItem)
+            compare(wanted.mapToItem(content, 0, 0).x, 0)
+        }
+
+        function test_aSmallViewComesUpByDoubleClick() {
+            open()
+            switchOn("stereoButton", "rgbButton", "slamButton")
+            tryVerify(function() { return placed() === 3 })
+            bigLayout()
+            const rgbView = viewNamed("rgbView")
+            control("menuAutoCloseCheckbox").checked = false
+            mouseDoubleClickSequence(rgbView, rgbView.width / 2, rgbView.height - 8)
+            tryVerify(function() { return names(content.uniqueModel)[0] === "rgbView" })
+            compare(names(content.sideModel), ["stereoView", "slamView"])
+            compare(viewNamed("slamView").minimized, true)
+
+            // The next rebuild gives the place back.
+            control("imuButton").checked = true
+            tryVerify(function() { return names(content.uniqueModel)[0] === "slamView" })
+            compare(names(content.sideModel), ["imuView", "rgbView", "stereoView"])
+        }
+
+        function test_aDoubleClickOnABigViewKeepsTheLayout() {
+            open()
+            turnOn(2)
+            const stereo = viewNamed("stereoView")
+            stereo.doubleClicked()
+            wait(80)
+            compare(content.mode, 0)
+            compare(names(content.sideModel), ["imuView", "stereoView"])
+        }
+
+        function test_theLayoutIsKept() {
+            open()
+            content.mode = 1
+            tryVerify(function() { return fixture.storedMode() == 1 })
+            content = null
+            fixture.close()
+            open()
+            compare(content.mode, 1)
+        }
+
+        function test_aMissingLayoutIsTheGrid() {
+            fixture.clearStore()
+            open()
+            compare(content.mode, 0)
+        }
+
+        function test_closingAViewStopsItsModel_data() {
+            return [
+                { tag: "imuView", button: "imuButton", calls: ["imu.control(false)"] },
+                { tag: "stereoView", button: "stereoButton", calls: ["stereo.control(false)"] },
+                { tag: "rgbView", button: "rgbButton", calls: ["rgb.control(false)"] },
+                { tag: "rgb2View", button: "rgb2Button", calls: ["rgb.control(false,1)"] },
+                { tag: "rgbdView", button: "rgbdButton", calls: ["rgbd.control(false)"] },
+                { tag: "tofView", button: "tofButton", calls: ["tof.control(false)"] },
+                { tag: "irView", button: "irButton", calls: [] },
+                { tag: "sgbmView", button: "sgbmButton", calls: ["sgbm.control(false)"] },
+                { tag: "tof3DView", button: "tof3DButton", calls: ["tof3d.control(false)"] },
+                { tag: "slamView", button: "slamButton", calls: ["slam.control(false)"] }
+            ]
+        }
+
+        function test_closingAViewStopsItsModel(row) {
+            open()
+            control(row.button).checked = true
+            tryVerify(function() { return placed() === 1 })
+            viewNamed(row.tag).closeSensor()
+            compare(control(row.button).checked, false)
+            compare(device.callsTo().filter(function(call) { return call.indexOf("control(") >= 0 }), row.calls)
+            tryVerify(function() { return placed() === 0 })
+        }
+
+        function test_rgbdIsSeenOnlyWhileItsStreamsRun() {
+            open()
+            control("rgbdButton").checked = true
+            tryVerify(function() { return placed() === 1 })
+            compare(viewNamed("rgbdView").visible, false)
+            device.rgbd.enable = true
+            compare(viewNamed("rgbdView").visible, true)
+        }
+
+        function test_savingTellsWhere_data() {
+            return [
+                { tag: "stereoView", saved: "stereo" },
+                { tag: "rgbView", saved: "rgb" },
+                { tag: "tofView", saved: "tof" },
+                { tag: "irView", saved: "tofIr" },
+                { tag: "sgbmView", saved: "sgbm" }
+            ]
+        }
+
+        function test_savingTellsWhere(row) {
+            open()
+            turnOn(7)
+            const item = viewNamed(row.tag)
+            compare(item.showSaveImageButton, true)
+            item.saveImage()
+            compare(device.callsTo("saveImages"), ["saveImages(" + row.saved + ")"])
+            compare(item.path, "/captures/" + row.saved)
+            compare(item.imgPopup.imgText.text, "Save image to: /captures/" + row.saved)
+            tryCompare(item.imgPopup, "opened", true)
+            item.imgPopup.close()
+            tryCompare(item.imgPopup, "visible", false)
+            item.imgPressAndHold()
+            compare(device.callsTo("saveImages").length, 1)
+            compare(item.imgPopup.imgText.text, "Save image to: /captures/" + row.saved)
+            tryCompare(item.imgPopup, "opened", true)
+        }
+
+        function test_theSecondColourViewIsToldApart() {
+            open()
+            const item = viewNamed("rgb2View")
+            compare(item.rgbName, "[RGB2]")
+            compare(item.showSaveImageButton, false)
+            compare(viewNamed("slamView").showPathButton, true)
+        }
+
+        function test_maximizingMayBeLate() {
+            open()
+            turnOn(2)
+            viewNamed("stereoView").maximize()
+            control("stereoButton").checked = false
+            tryVerify(function() { return names(content.uniqueModel)[0] === "imuView" })
+            wait(100)
+            compare(names(content.uniqueModel), ["imuView"])
+            compare(content.sideModel.count, 0)
+        }
+    }
+}

@@ -1,0 +1,154 @@
+#include "spatial/MapData.h"
+
+#include "support/FakeSlam.h"
+
+#include <cmath>
+#include <cstring>
+#include <limits>
+
+using ::testing::ElementsAre;
+
+namespace {
+
+std::shared_ptr<const qv::SlamMap> map(std::vector<qv::Vector3> points)
+{
+    auto made = std::make_shared<qv::SlamMap>();
+    made->points = std::move(points);
+    return made;
+}
+
+std::vector<float> floats(const QByteArray &bytes)
+{
+    std::vector<float> values(std::size_t(bytes.size()) / sizeof(float));
+    std::memcpy(values.data(), bytes.constData(), values.size() * sizeof(float));
+    return values;
+}
+
+} // namespace
+
+TEST(MapData, nullComponentThrows)
+{
+    try {
+        const MapData data(nullptr, nullptr);
+        FAIL();
+    } catch (const std::runtime_error &error) {
+        EXPECT_STREQ(error.what(), "Invalid Slam");
+    }
+}
+
+TEST(MapData, staysRegisteredForItsLife)
+{
+    auto slam = std::make_shared<FakeSlam>();
+    {
+        const MapData data(slam, nullptr);
+        EXPECT_THAT(slam->takeCalls(), ElementsAre("registerMapCallback"));
+    }
+    EXPECT_THAT(slam->takeCalls(), ElementsAre("unregisterMapCallback(1)"));
+}
+
+TEST(MapData, refusedRegistrationIsUnregisteredAsMinusOne)
+{
+    auto slam = std::make_shared<FakeSlam>();
+    slam->maps.refuses = true;
+    {
+        const MapData data(slam, nullptr);
+    }
+    EXPECT_EQ(slam->calls().back(), "unregisterMapCallback(-1)");
+}
+
+TEST(MapData, pointsArePackedAndAnnouncedInOrder)
+{
+    auto slam = std::make_shared<FakeSlam>();
+    const MapData data(slam, nullptr);
+    std::vector<std::string> order;
+    QObject::connect(&data, &MapData::pointCountChanged, [&] { order.emplace_back("count"); });
+    QObject::connect(data.pointCloud(), &PointCloud::pointsChanged, [&] { order.emplace_back("points"); });
+    QObject::connect(data.pointCloud(), &PointCloud::sizeChanged, [&] { order.emplace_back("size"); });
+    QObject::connect(data.pointCloud(), &PointCloud::update, [&] { order.emplace_back("update"); });
+    slam->maps.deliver(map({{1, 2, 3}, {-4.5, 5, 6}}));
+    EXPECT_THAT(order, ElementsAre("count", "points", "size", "update"));
+    EXPECT_EQ(data.pointCount(), 2);
+    EXPECT_EQ(data.pointCloud()->size(), 2);
+    EXPECT_THAT(floats(data.pointCloud()->points()), ElementsAre(1, 2, 3, -4.5F, 5, 6));
+}
+
+TEST(MapData, emptyMapShowsNoPoints)
+{
+    auto slam = std::make_shared<FakeSlam>();
+    const MapData data(slam, nullptr);
+    slam->maps.deliver(map({{1, 2, 3}}));
+    const QSignalSpy update(data.pointCloud(), &PointCloud::update);
+    slam->maps.deliver(map({}));
+    EXPECT_EQ(data.pointCount(), 0);
+    EXPECT_EQ(data.pointCloud()->size(), 0);
+    EXPECT_TRUE(data.pointCloud()->points().isEmpty());
+    EXPECT_EQ(update.count(), 1);
+}
+
+TEST(MapData, sameMapIsSentAgainAndOnlyTheCountStaysSilent)
+{
+    auto slam = std::make_shared<FakeSlam>();
+    const MapData data(slam, nullptr);
+    const auto same = map({{1, 2, 3}});
+    slam->maps.deliver(same);
+    const QSignalSpy count(&data, &MapData::pointCountChanged);
+    const QSignalSpy points(data.pointCloud(), &PointCloud::pointsChanged);
+    const QSignalSpy update(data.pointCloud(), &PointCloud::update);
+    slam->maps.deliver(same);
+    EXPECT_EQ(count.count(), 0);
+    EXPECT_EQ(points.count(), 1);
+    EXPECT_EQ(update.count(), 1);
+}
+
+TEST(MapData, nullMapChangesNothing)
+{
+    auto slam = std::make_shared<FakeSlam>();
+    const MapData data(slam, nullptr);
+    slam->maps.deliver(map({{1, 2, 3}}));
+    const QSignalSpy update(data.pointCloud(), &PointCloud::update);
+    slam->maps.deliver(nullptr);
+    EXPECT_EQ(update.count(), 0);
+    EXPECT_EQ(data.pointCount(), 1);
+}
+
+TEST(MapData, valuesBeyondAFloatBecomeInfinite)
+{
+    auto slam = std::make_shared<FakeSlam>();
+    const MapData data(slam, nullptr);
+    slam->maps.deliver(map({{1e300, -1e300, std::numeric_limits<double>::quiet_NaN()}}));
+    const std::vector<float> values = floats(data.pointCloud()->points());
+    EXPECT_EQ(values[0], std::numeric_limits<float>::infinity());
+    EXPECT_EQ(values[1], -std::numeric_limits<float>::infinity());
+    EXPECT_TRUE(std::isnan(values[2]));
+}
+
+TEST(MapData, latestMapIsKeptAliveUntilTheNext)
+{
+    auto slam = std::make_shared<FakeSlam>();
+    const MapData data(slam, nullptr);
+    auto first = map({{1, 2, 3}});
+    const std::weak_ptr<const qv::SlamMap> watch = first;
+    slam->maps.deliver(first);
+    first.reset();
+    EXPECT_FALSE(watch.expired());
+    slam->maps.deliver(map({}));
+    EXPECT_TRUE(watch.expired());
+}
+
+TEST(MapData, posesStayEmptyAndKeyframesZero)
+{
+    auto slam = std::make_shared<FakeSlam>();
+    MapData data(slam, nullptr);
+    const QSignalSpy poses(&data, &MapData::posesChanged);
+    const QSignalSpy keyframes(&data, &MapData::keyframeCountChanged);
+    slam->maps.deliver(map({{1, 2, 3}}));
+    EXPECT_EQ(poses.count(), 0);
+    EXPECT_EQ(keyframes.count(), 0);
+    data.setPoses({1});
+    data.setKeyframeCount(7);
+    slam->maps.deliver(map({{1, 2, 3}}));
+    EXPECT_TRUE(data.poses().isEmpty());
+    EXPECT_EQ(data.keyframeCount(), 0);
+    EXPECT_EQ(poses.count(), 2);
+    EXPECT_EQ(keyframes.count(), 2);
+}

@@ -1,0 +1,190 @@
+#include "spatial/ObjectsData.h"
+
+#include "support/FakeObjectDetector.h"
+#include "support/LogCatcher.h"
+#include "support/Wait.h"
+
+#include <QJsonObject>
+#include <QTemporaryFile>
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+namespace {
+
+qv::Object person()
+{
+    return {1, "person", 10, 20.5, 30, 40, 0.876, {{1, 2, 0.5}, {-1, -1, 0}}};
+}
+
+} // namespace
+
+TEST(ObjectsData, detectionRunsFromConstructionOn)
+{
+    auto detector = std::make_shared<FakeObjectDetector>();
+    {
+        const ObjectsData data(detector, nullptr);
+        EXPECT_THAT(detector->takeCalls(), ElementsAre("registerCallback", "start"));
+    }
+    EXPECT_THAT(detector->takeCalls(), ElementsAre("unregisterCallback(1)", "stop"));
+}
+
+TEST(ObjectsData, destructorDoesNotTestTheId)
+{
+    auto detector = std::make_shared<FakeObjectDetector>();
+    {
+        ObjectsData data(detector, nullptr);
+        data.control(false);
+        detector->takeCalls();
+    }
+    EXPECT_THAT(detector->takeCalls(), ElementsAre("unregisterCallback(-1)", "stop"));
+}
+
+TEST(ObjectsData, withoutADetectorEveryOperationIsHarmless)
+{
+    ObjectsData data;
+    data.control(true);
+    data.control(false);
+    data.setSource(ObjectsData::RGB);
+    data.updateCNNSource();
+    data.setModel(QStringLiteral("/nowhere"));
+    data.setEnabled(true);
+    const ObjectsData null(nullptr, nullptr);
+    EXPECT_EQ(data.source(), ObjectsData::RGB);
+    EXPECT_TRUE(data.enabled());
+}
+
+TEST(ObjectsData, detectionBecomesAnObjectWithEveryKey)
+{
+    auto detector = std::make_shared<FakeObjectDetector>();
+    const ObjectsData data(detector, nullptr);
+    const QSignalSpy changed(&data, &ObjectsData::objectsChanged);
+    detector->deliver({person(), {0, "chair", 1, 2, 3, 4, 1, {}}});
+    detector->deliver({person(), {0, "chair", 1, 2, 3, 4, 1, {}}});
+    EXPECT_EQ(changed.count(), 1);
+    ASSERT_EQ(data.objects().size(), 2);
+    const QJsonObject first = data.objects()[0].toObject();
+    EXPECT_EQ(first["shape"].toInt(), 1);
+    EXPECT_EQ(first["type"].toString(), QStringLiteral("person"));
+    EXPECT_EQ(first["x"].toDouble(), 10);
+    EXPECT_EQ(first["y"].toDouble(), 20.5);
+    EXPECT_EQ(first["width"].toDouble(), 30);
+    EXPECT_EQ(first["height"].toDouble(), 40);
+    EXPECT_EQ(first["confidence"].toDouble(), 0.876);
+    EXPECT_EQ(first["keypoints"].toArray(),
+        (QJsonArray{QJsonObject{{"x", 1}, {"y", 2}}, QJsonObject{{"x", -1}, {"y", -1}}}));
+    EXPECT_TRUE(data.objects()[1].toObject()["keypoints"].isArray());
+    EXPECT_TRUE(data.objects()[1].toObject()["keypoints"].toArray().isEmpty());
+}
+
+TEST(ObjectsData, controlReplacesTheRegistration)
+{
+    auto detector = std::make_shared<FakeObjectDetector>();
+    ObjectsData data(detector, nullptr);
+    detector->takeCalls();
+    data.control(true);
+    EXPECT_THAT(detector->takeCalls(), ElementsAre("unregisterCallback(1)", "registerCallback", "start"));
+    data.control(false);
+    data.control(false);
+    EXPECT_THAT(detector->takeCalls(), ElementsAre("unregisterCallback(2)", "stop", "stop"));
+}
+
+TEST(ObjectsData, enabledAndSourceDoNotReachTheDetector)
+{
+    auto detector = std::make_shared<FakeObjectDetector>();
+    ObjectsData data(detector, nullptr);
+    detector->takeCalls();
+    const QSignalSpy enabled(&data, &ObjectsData::enabledChanged);
+    const QSignalSpy source(&data, &ObjectsData::sourceChanged);
+    data.setEnabled(true);
+    data.setEnabled(true);
+    data.setSource(ObjectsData::Left);
+    data.setSource(ObjectsData::Left);
+    EXPECT_EQ(enabled.count(), 1);
+    EXPECT_EQ(source.count(), 1);
+    EXPECT_THAT(detector->calls(), IsEmpty());
+}
+
+TEST(ObjectsData, eachSourceHasTheDetectorsNumber)
+{
+    auto detector = std::make_shared<FakeObjectDetector>();
+    ObjectsData data(detector, nullptr);
+    detector->takeCalls();
+    for (const auto source : {ObjectsData::None, ObjectsData::Left, ObjectsData::Right, ObjectsData::RGB,
+             ObjectsData::TOF, ObjectsData::SGBM}) {
+        data.setSource(source);
+        data.updateCNNSource();
+    }
+    EXPECT_THAT(detector->calls(),
+        ElementsAre("setSource(255)", "setSource(0)", "setSource(1)", "setSource(2)", "setSource(3)",
+            "setSource(255)"));
+}
+
+TEST(ObjectsData, existingModelReachesTheDetectorOnce)
+{
+    auto detector = std::make_shared<FakeObjectDetector>();
+    ObjectsData data(detector, nullptr);
+    detector->takeCalls();
+    QTemporaryFile file;
+    ASSERT_TRUE(file.open());
+    data.setModel(file.fileName());
+    data.setModel(file.fileName());
+    EXPECT_THAT(detector->calls(), ElementsAre("setModel(" + file.fileName().toStdString() + ")"));
+}
+
+TEST(ObjectsData, refusedAndMissingModelsAreLoggedAndKept)
+{
+    auto detector = std::make_shared<FakeObjectDetector>();
+    detector->modelResult = false;
+    ObjectsData data(detector, nullptr);
+    QTemporaryFile file;
+    ASSERT_TRUE(file.open());
+    const LogCatcher log;
+    data.setModel(file.fileName());
+    data.setModel(QStringLiteral("/not/there"));
+    EXPECT_EQ(data.model(), QStringLiteral("/not/there"));
+    data.setModel(QString());
+    EXPECT_EQ(log.lines(),
+        (QStringList{"warning: Failed to set model", "debug: Model not found:  \"/not/there\""}));
+}
+
+TEST(ObjectsData, descriptorArrivesLaterAndBringsTheSourceBack)
+{
+    auto detector = std::make_shared<FakeObjectDetector>();
+    detector->sourceResult = 3;
+    ObjectsData data(detector, nullptr);
+    detector->takeCalls();
+    data.setModelDescriptor(QStringLiteral("/a"));
+    data.setModelDescriptor(QStringLiteral("/b"));
+    EXPECT_THAT(detector->calls(), IsEmpty());
+    ASSERT_TRUE(waitFor([&] { return detector->calls().size() == 2; }));
+    EXPECT_THAT(detector->calls(), ElementsAre("setDescriptor(/b)", "setDescriptor(/b)"));
+    EXPECT_EQ(data.source(), ObjectsData::TOF);
+}
+
+TEST(ObjectsData, unknownSourceOfTheDetectorLeavesOursAlone)
+{
+    auto detector = std::make_shared<FakeObjectDetector>();
+    ObjectsData data(detector, nullptr);
+    data.setSource(ObjectsData::Right);
+    detector->takeCalls();
+    data.setModelDescriptor(QStringLiteral("/a"));
+    ASSERT_TRUE(waitFor([&] { return !detector->calls().empty(); }));
+    EXPECT_EQ(data.source(), ObjectsData::Right);
+}
+
+TEST(ObjectsData, emptyDescriptorIsTheWordEmptyAndCountsAsAChangeEachTime)
+{
+    auto detector = std::make_shared<FakeObjectDetector>();
+    ObjectsData data(detector, nullptr);
+    detector->takeCalls();
+    const QSignalSpy changed(&data, &ObjectsData::modelDescriptorChanged);
+    data.setModelDescriptor(QStringLiteral("/a"));
+    data.setModelDescriptor(QString());
+    data.setModelDescriptor(QString());
+    EXPECT_EQ(data.modelDescriptor(), QStringLiteral("empty"));
+    ASSERT_EQ(changed.count(), 3);
+    EXPECT_EQ(changed.last().first().toString(), QStringLiteral("empty"));
+    ASSERT_TRUE(waitFor([&] { return detector->calls().size() == 3; }));
+    EXPECT_EQ(detector->calls().back(), "setDescriptor(empty)");
+}

@@ -1,0 +1,118 @@
+#include "spatial/OrientationData.h"
+
+#include <cmath>
+
+using ::testing::ElementsAre;
+
+namespace {
+
+class Signals {
+public:
+    explicit Signals(OrientationData &data)
+    {
+        QObject::connect(&data, &OrientationData::matrixChanged, [this] { names.emplace_back("matrix"); });
+        QObject::connect(
+            &data, &OrientationData::quaternionChanged, [this] { names.emplace_back("quaternion"); });
+        QObject::connect(&data, &OrientationData::rollChanged, [this] { names.emplace_back("roll"); });
+        QObject::connect(&data, &OrientationData::pitchChanged, [this] { names.emplace_back("pitch"); });
+        QObject::connect(&data, &OrientationData::yawChanged, [this] { names.emplace_back("yaw"); });
+        QObject::connect(
+            &data, &OrientationData::viewVectorChanged, [this] { names.emplace_back("viewVector"); });
+    }
+    std::vector<std::string> names;
+};
+
+/// Rotation by `degrees` about the y axis, row by row.
+QMatrix3x3 aboutY(double degrees)
+{
+    const auto c = float(std::cos(degrees * M_PI / 180));
+    const auto s = float(std::sin(degrees * M_PI / 180));
+    const float rows[]{c, 0, s, 0, 1, 0, -s, 0, c};
+    return QMatrix3x3(rows);
+}
+
+} // namespace
+
+TEST(OrientationData, firstIdentityEmitsNothing)
+{
+    OrientationData data;
+    const Signals emitted(data);
+    data.setMatrix(QMatrix3x3());
+    EXPECT_TRUE(emitted.names.empty());
+    EXPECT_EQ(data.viewVector(), QVector3D());
+}
+
+TEST(OrientationData, rotationAboutYIsYawAndTurnsTheView)
+{
+    OrientationData data;
+    const Signals emitted(data);
+    data.setMatrix(aboutY(90));
+    EXPECT_THAT(emitted.names, ElementsAre("matrix", "quaternion", "yaw", "viewVector"));
+    EXPECT_NEAR(data.yaw(), 90, 1e-3);
+    EXPECT_NEAR(data.viewVector().x(), 1, 1e-5);
+    EXPECT_NEAR(data.viewVector().z(), 0, 1e-5);
+}
+
+TEST(OrientationData, rollThenPitchThenYaw)
+{
+    OrientationData data;
+    data.setMatrix(QQuaternion::fromEulerAngles(10, 20, 30).toRotationMatrix());
+    const Signals emitted(data);
+    data.setMatrix(QQuaternion::fromEulerAngles(11, 22, 33).toRotationMatrix());
+    EXPECT_THAT(emitted.names, ElementsAre("matrix", "quaternion", "roll", "pitch", "yaw", "viewVector"));
+    EXPECT_NEAR(data.pitch(), 11, 1e-3);
+    EXPECT_NEAR(data.yaw(), 22, 1e-3);
+    EXPECT_NEAR(data.roll(), 33, 1e-3);
+}
+
+TEST(OrientationData, zeroIsNeverFuzzilyEqualToAnything)
+{
+    OrientationData data;
+    const Signals emitted(data);
+    data.setRoll(1e-30);
+    EXPECT_THAT(emitted.names, ElementsAre("roll"));
+    EXPECT_EQ(data.roll(), 1e-30);
+}
+
+TEST(OrientationData, anglesSetByHandTouchNothingElse)
+{
+    OrientationData data;
+    const Signals emitted(data);
+    data.setRoll(1);
+    data.setPitch(2);
+    data.setYaw(3);
+    data.setYaw(3.0 + 1e-13);
+    data.setViewVector(QVector3D(1, 0, 0));
+    EXPECT_THAT(emitted.names, ElementsAre("roll", "pitch", "yaw", "viewVector"));
+    EXPECT_EQ(data.quaternion(), QQuaternion());
+    EXPECT_TRUE(data.matrix().isIdentity());
+}
+
+TEST(OrientationData, whatIsNoRotationIsTakenAllTheSame)
+{
+    OrientationData data;
+    QMatrix3x3 stretched;
+    stretched(0, 0) = 5;
+    const Signals emitted(data);
+    data.setMatrix(stretched);
+    EXPECT_EQ(emitted.names.front(), "matrix");
+    EXPECT_EQ(data.matrix()(0, 0), 5.0F);
+}
+
+TEST(OrientationData, aNotANumberAlwaysCountsAsAChange)
+{
+    OrientationData data;
+    QMatrix3x3 broken;
+    broken(1, 1) = std::nanf("");
+    data.setMatrix(broken);
+    const Signals emitted(data);
+    data.setMatrix(broken);
+    EXPECT_EQ(emitted.names.front(), "matrix");
+}
+
+TEST(OrientationData, viewCenterIsThePlainSum)
+{
+    OrientationData data;
+    data.setMatrix(aboutY(90));
+    EXPECT_EQ(data.viewCenter(QVector3D(1, 2, 3), QVector3D(0, 0, 1)), QVector3D(1, 2, 4));
+}

@@ -1,0 +1,132 @@
+#include "spatial/PlanesData.h"
+
+#include "support/FakeSlam.h"
+
+#include <QJsonObject>
+
+using ::testing::ElementsAre;
+
+namespace {
+
+qv::Slam::Planes planes(std::vector<qv::Plane> list)
+{
+    return std::make_shared<const std::vector<qv::Plane>>(std::move(list));
+}
+
+QString colorOf(const std::string &id)
+{
+    auto slam = std::make_shared<FakeSlam>();
+    const PlanesData data(slam, nullptr);
+    slam->tofPlanes.deliver(planes({{id, {}}}));
+    return data.tofPlanes()[0].toObject()[QStringLiteral("color")].toString();
+}
+
+} // namespace
+
+TEST(PlanesData, nullComponentThrows)
+{
+    try {
+        const PlanesData data(nullptr, nullptr);
+        FAIL();
+    } catch (const std::runtime_error &error) {
+        EXPECT_STREQ(error.what(), "Invalid Slam");
+    }
+}
+
+TEST(PlanesData, registersStereoThenTofAndStopsAtItsEnd)
+{
+    auto slam = std::make_shared<FakeSlam>();
+    {
+        const PlanesData data(slam, nullptr);
+        EXPECT_THAT(
+            slam->takeCalls(), ElementsAre("registerStereoPlanesCallback", "registerTofPlanesCallback"));
+    }
+    EXPECT_THAT(slam->takeCalls(),
+        ElementsAre("unregisterStereoPlanesCallback(1)", "unregisterTofPlanesCallback(1)", "stop"));
+}
+
+TEST(PlanesData, planeBecomesColorNameAndPoints)
+{
+    auto slam = std::make_shared<FakeSlam>();
+    const PlanesData data(slam, nullptr);
+    slam->stereoPlanes.deliver(planes({{"3", {{0.1, 2, 3}, {4, 5, 6}}}}));
+    ASSERT_EQ(data.stereoPlanes().size(), 1);
+    const QJsonObject plane = data.stereoPlanes()[0].toObject();
+    EXPECT_EQ(plane.keys(), (QStringList{"color", "name", "points"}));
+    EXPECT_EQ(plane["color"].toString(), QStringLiteral("#0082c8"));
+    EXPECT_EQ(plane["name"].toString(), QStringLiteral("3"));
+    EXPECT_EQ(plane["points"].toArray(), (QJsonArray{QJsonArray{0.1, 2, 3}, QJsonArray{4, 5, 6}}));
+    EXPECT_TRUE(data.tofPlanes().isEmpty());
+}
+
+TEST(PlanesData, paletteStandsInItsOrder)
+{
+    const char *const names[]{"#e6194b", "#3cb44b", "#ffe119", "#0082c8", "#f58230", "#911eb4", "#46f0f0",
+        "#f032e6", "#d2f53c", "#fabebe", "#008080", "#e6beff", "#aa6e28", "#fffac8", "#800000", "#aaffc3",
+        "#808000", "#ffd7b4"};
+    for (int i = 0; i < 18; ++i)
+        EXPECT_EQ(colorOf(std::to_string(i)), QLatin1String(names[i])) << i;
+    EXPECT_EQ(colorOf("21"), colorOf("3"));
+    EXPECT_EQ(colorOf("not a number"), colorOf("0"));
+    EXPECT_EQ(colorOf("-1"), colorOf("17"));
+    EXPECT_EQ(colorOf("-18"), colorOf("0"));
+}
+
+TEST(PlanesData, samePlanesEmitNothing)
+{
+    auto slam = std::make_shared<FakeSlam>();
+    const PlanesData data(slam, nullptr);
+    const QSignalSpy changed(&data, &PlanesData::tofPlanesChanged);
+    slam->tofPlanes.deliver(planes({{"1", {{1, 2, 3}}}}));
+    slam->tofPlanes.deliver(planes({{"1", {{1, 2, 3}}}}));
+    EXPECT_EQ(changed.count(), 1);
+}
+
+TEST(PlanesData, nullAndEmptyListsEmptyTheArray)
+{
+    auto slam = std::make_shared<FakeSlam>();
+    const PlanesData data(slam, nullptr);
+    slam->tofPlanes.deliver(planes({{"1", {{1, 2, 3}}}}));
+    slam->tofPlanes.deliver(nullptr);
+    EXPECT_TRUE(data.tofPlanes().isEmpty());
+    slam->tofPlanes.deliver(planes({{"1", {{1, 2, 3}}}}));
+    slam->tofPlanes.deliver(planes({}));
+    EXPECT_TRUE(data.tofPlanes().isEmpty());
+}
+
+TEST(PlanesData, planeWithoutPointsHasAnEmptyOutline)
+{
+    auto slam = std::make_shared<FakeSlam>();
+    const PlanesData data(slam, nullptr);
+    slam->tofPlanes.deliver(planes({{"1", {}}}));
+    EXPECT_TRUE(data.tofPlanes()[0].toObject()["points"].isArray());
+    EXPECT_TRUE(data.tofPlanes()[0].toObject()["points"].toArray().isEmpty());
+}
+
+TEST(PlanesData, clearEmptiesOnlyWhenTheLibraryAgrees)
+{
+    auto slam = std::make_shared<FakeSlam>();
+    PlanesData data(slam, nullptr);
+    slam->tofPlanes.deliver(planes({{"1", {}}}));
+    slam->stereoPlanes.deliver(planes({{"1", {}}}));
+    slam->clearResult = false;
+    EXPECT_FALSE(data.clearTofPlanes());
+    EXPECT_FALSE(data.clearStereoPlanes());
+    EXPECT_EQ(data.tofPlanes().size(), 1);
+    EXPECT_EQ(data.stereoPlanes().size(), 1);
+    slam->clearResult = true;
+    EXPECT_TRUE(data.clearTofPlanes());
+    EXPECT_TRUE(data.clearStereoPlanes());
+    EXPECT_TRUE(data.tofPlanes().isEmpty());
+    EXPECT_TRUE(data.stereoPlanes().isEmpty());
+}
+
+TEST(PlanesData, callbackOnItsWayFindsTheModelGone)
+{
+    auto slam = std::make_shared<FakeSlam>();
+    auto data = std::make_unique<PlanesData>(slam, nullptr);
+    const auto late = slam->tofPlanes.held();
+    data.reset();
+    late.front()(planes({{"1", {}}}));
+    EXPECT_EQ(slam->tofPlanes.count(), 0U);
+}

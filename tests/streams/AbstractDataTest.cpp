@@ -1,0 +1,310 @@
+#include "streams/AbstractData.h"
+
+#include "support/LogCatcher.h"
+#include "support/Timers.h"
+#include "support/Wait.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <atomic>
+#include <gmock/gmock.h>
+#include <thread>
+
+using testing::ElementsAre;
+
+namespace {
+
+class Samples : public AbstractData {
+public:
+    using AbstractData::AbstractData;
+
+    void sample(int times = 1)
+    {
+        for (int i = 0; i < times; ++i)
+            tick();
+    }
+
+    void sample2(int times = 1)
+    {
+        for (int i = 0; i < times; ++i)
+            tick2();
+    }
+
+    QString header() const override { return firstLine; }
+
+    QString firstLine;
+};
+
+QByteArray contents(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no file)");
+}
+
+QList<double> rates(const QSignalSpy &spy)
+{
+    QList<double> values;
+    for (const QList<QVariant> &arguments : spy)
+        values.append(arguments.at(0).toDouble());
+    return values;
+}
+
+} // namespace
+
+TEST(AbstractData, oneRunningTimerOfASecond)
+{
+    Samples data;
+    const auto timers = data.findChildren<QTimer *>();
+    ASSERT_EQ(timers.size(), 1);
+    EXPECT_EQ(timers[0]->interval(), 1000);
+    EXPECT_TRUE(timers[0]->isActive());
+    EXPECT_FALSE(timers[0]->isSingleShot());
+}
+
+TEST(AbstractData, noDataNeverSignalsARate)
+{
+    Samples data;
+    QSignalSpy rate(&data, &AbstractData::dataFrameRateChanged),
+        rate2(&data, &AbstractData::dataFrameRate2Changed);
+    fireTimers(data);
+    fireTimers(data);
+    EXPECT_EQ(rate.count(), 0);
+    EXPECT_EQ(rate2.count(), 0);
+    EXPECT_EQ(data.dataFrameRate(), 0.0);
+    EXPECT_EQ(data.dataFrameRate2(), 0.0);
+}
+
+TEST(AbstractData, rateIsTheWholeCountOfTheLastSecond)
+{
+    Samples data;
+    QSignalSpy rate(&data, &AbstractData::dataFrameRateChanged);
+    data.sample(30);
+    EXPECT_EQ(data.dataFrameRate(), 0.0) << "only full seconds count";
+    fireTimers(data);
+    EXPECT_EQ(data.dataFrameRate(), 30.0);
+    data.sample(30);
+    fireTimers(data);
+    data.sample(31);
+    fireTimers(data);
+    EXPECT_EQ(rates(rate), (QList<double>{30.0, 31.0})) << "an equal rate is no change";
+}
+
+TEST(AbstractData, aStalledStreamSignalsZeroOnce)
+{
+    Samples data;
+    QSignalSpy rate(&data, &AbstractData::dataFrameRateChanged);
+    data.sample(5);
+    for (int second = 0; second < 4; ++second)
+        fireTimers(data);
+    EXPECT_EQ(rates(rate), (QList<double>{5.0, 0.0}));
+}
+
+TEST(AbstractData, theTimerItselfMeasures)
+{
+    Samples data;
+    QSignalSpy rate(&data, &AbstractData::dataFrameRateChanged);
+    data.sample(7);
+    ASSERT_TRUE(waitFor([&] { return rate.count() == 1; }));
+    EXPECT_EQ(data.dataFrameRate(), 7.0);
+}
+
+TEST(AbstractData, bothRatesAreApart)
+{
+    Samples data;
+    QStringList order;
+    QObject::connect(&data, &AbstractData::dataFrameRateChanged, [&] { order << "first"; });
+    QObject::connect(&data, &AbstractData::dataFrameRate2Changed, [&] { order << "second"; });
+    data.sample(3);
+    data.sample2(4);
+    fireTimers(data);
+    EXPECT_EQ(data.dataFrameRate(), 3.0);
+    EXPECT_EQ(data.dataFrameRate2(), 4.0);
+    EXPECT_EQ(order, (QStringList{"first", "second"}));
+}
+
+TEST(AbstractData, theSecondRateCanBeWritten)
+{
+    Samples data;
+    QSignalSpy rate2(&data, &AbstractData::dataFrameRate2Changed);
+    EXPECT_TRUE(data.setProperty("dataFrameRate2", 12.5));
+    data.setDataFrameRate2(12.5 * (1 + 1e-13));
+    EXPECT_EQ(rate2.count(), 1) << "fuzzily equal is equal";
+    EXPECT_EQ(data.dataFrameRate2(), 12.5);
+}
+
+TEST(AbstractData, noTickIsLostAcrossThreads)
+{
+    Samples data;
+    double total = 0;
+    QObject::connect(&data, &AbstractData::dataFrameRateChanged, [&](double rate) { total += rate; });
+    std::atomic<bool> done{false};
+    std::thread library([&] {
+        for (int i = 0; i < 100000; ++i)
+            data.sample();
+        done = true;
+    });
+    while (!done) {
+        fireTimers(data);
+        fireTimers(data);
+    }
+    library.join();
+    fireTimers(data);
+    // Two equal counts in a row are signalled once, so the sum is a lower bound.
+    EXPECT_LE(total, 100000);
+    fireTimers(data);
+    EXPECT_EQ(data.dataFrameRate(), 0.0);
+}
+
+TEST(AbstractData, recordPathSignalsChangesOnly)
+{
+    Samples data;
+    QSignalSpy path(&data, &AbstractData::recordPathChanged);
+    data.setRecordPath("a.csv");
+    data.setRecordPath("a.csv");
+    ASSERT_EQ(path.count(), 1);
+    EXPECT_EQ(path[0][0].toString(), "a.csv");
+    EXPECT_EQ(data.property("recordPath").toString(), "a.csv");
+}
+
+TEST(AbstractData, writesHeaderAndLinesAsTheyCome)
+{
+    const QTemporaryDir folder;
+    Samples data;
+    data.firstLine = "time,x";
+    data.setRecordPath(folder.filePath("pose.csv"));
+    data.setRecording(true);
+    data.write("1,2\n");
+    data.write("3");
+    data.write(",4\n");
+    data.setRecording(false);
+    EXPECT_EQ(contents(data.recordPath()), "time,x\n1,2\n3,4\n");
+}
+
+TEST(AbstractData, anEmptyHeaderWritesNothing)
+{
+    const QTemporaryDir folder;
+    Samples data;
+    data.setRecordPath(folder.filePath("a.csv"));
+    data.setRecording(true);
+    data.write("first\n");
+    data.setRecording(false);
+    EXPECT_EQ(contents(data.recordPath()), "first\n");
+}
+
+TEST(AbstractData, anExistingFileIsTruncated)
+{
+    const QTemporaryDir folder;
+    Samples data;
+    data.setRecordPath(folder.filePath("a.csv"));
+    for (const char *line : {"a longer first recording\n", "short\n"}) {
+        data.setRecording(true);
+        data.write(line);
+        data.setRecording(false);
+    }
+    EXPECT_EQ(contents(data.recordPath()), "short\n");
+}
+
+TEST(AbstractData, startingTwiceOpensOneFile)
+{
+    const QTemporaryDir folder;
+    Samples data;
+    QSignalSpy recording(&data, &AbstractData::recordingChanged);
+    data.setRecordPath(folder.filePath("a.csv"));
+    data.setRecording(true);
+    data.write("kept\n");
+    data.setRecording(true);
+    EXPECT_EQ(data.findChildren<QFile *>().size(), 1);
+    EXPECT_EQ(recording.count(), 1);
+    data.setRecording(false);
+    EXPECT_EQ(contents(data.recordPath()), "kept\n");
+}
+
+TEST(AbstractData, withoutAFileWriteDoesNothing)
+{
+    const LogCatcher log;
+    Samples data;
+    data.write("lost\n");
+    EXPECT_TRUE(log.lines().isEmpty());
+}
+
+TEST(AbstractData, withoutAPathTheFlagStaysAndNothingOpens)
+{
+    const LogCatcher log;
+    Samples data;
+    QSignalSpy recording(&data, &AbstractData::recordingChanged);
+    data.setRecording(true);
+    EXPECT_EQ(log.lines(), QStringList{"debug: Set file path before recoring"});
+    EXPECT_TRUE(data.recording());
+    EXPECT_EQ(recording.count(), 1);
+    EXPECT_TRUE(data.findChildren<QFile *>().isEmpty());
+    data.write("lost\n");
+    data.setRecording(false);
+    EXPECT_FALSE(data.recording()) << "the stop of what never started is harmless";
+}
+
+TEST(AbstractData, aFileThatCannotBeOpenedIsReportedAndKept)
+{
+    const QTemporaryDir folder;
+    const LogCatcher log;
+    Samples data;
+    data.setRecordPath(folder.filePath("none/a.csv"));
+    data.setRecording(true);
+    EXPECT_EQ(log.lines(), QStringList{"warning: Failed to open file: \"" + data.recordPath() + "\""});
+    EXPECT_TRUE(data.recording());
+    const auto files = data.findChildren<QFile *>();
+    ASSERT_EQ(files.size(), 1);
+    EXPECT_FALSE(files[0]->isOpen());
+    data.setRecording(false);
+    EXPECT_TRUE(waitFor([&] { return data.findChildren<QFile *>().isEmpty(); }));
+}
+
+TEST(AbstractData, theSignalLeavesBeforeTheFileOpens)
+{
+    const QTemporaryDir folder;
+    Samples data;
+    data.setRecordPath(folder.filePath("a.csv"));
+    bool existed = true;
+    QObject::connect(
+        &data, &AbstractData::recordingChanged, [&] { existed = QFile::exists(data.recordPath()); });
+    data.setRecording(true);
+    EXPECT_FALSE(existed);
+    EXPECT_TRUE(QFile::exists(data.recordPath()));
+}
+
+TEST(AbstractData, destructionEndsARecordingCleanly)
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("a.csv");
+    {
+        Samples data;
+        data.setRecordPath(path);
+        data.setRecording(true);
+        data.write("last line\n");
+    }
+    EXPECT_EQ(contents(path), "last line\n");
+}
+
+TEST(AbstractData, aStopInMidSampleLosesNoLineHalfway)
+{
+    const QTemporaryDir folder;
+    Samples data;
+    data.firstLine = "header";
+    data.setRecordPath(folder.filePath("a.csv"));
+    std::atomic<bool> done{false};
+    std::thread library([&] {
+        while (!done)
+            data.write("0123456789\n");
+    });
+    for (int i = 0; i < 50; ++i) {
+        data.setRecording(true);
+        QThread::usleep(200);
+        data.setRecording(false);
+        const QByteArray text = contents(data.recordPath());
+        ASSERT_TRUE(text.startsWith("header\n"));
+        ASSERT_TRUE(text.endsWith('\n'));
+        ASSERT_EQ((text.size() - 7) % 11, 0);
+    }
+    done = true;
+    library.join();
+}

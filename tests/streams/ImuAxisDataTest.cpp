@@ -1,0 +1,106 @@
+#include "streams/ImuAxisData.h"
+
+#include "support/AllocationCounter.h"
+
+#include <cmath>
+#include <gtest/gtest.h>
+#include <limits>
+
+namespace {
+
+/// Writes down which signals leave, in order.
+class Signals {
+public:
+    explicit Signals(const ImuAxisData &axis)
+    {
+        QObject::connect(&axis, &ImuAxisData::xChanged, [this](double x) { note("x", x); });
+        QObject::connect(&axis, &ImuAxisData::yChanged, [this](double y) { note("y", y); });
+        QObject::connect(&axis, &ImuAxisData::zChanged, [this](double z) { note("z", z); });
+        QObject::connect(&axis, &ImuAxisData::vectorChanged, [this](QVector3D) { names << "vector"; });
+    }
+
+    QStringList names;
+    QList<double> values;
+
+private:
+    void note(const char *name, double value)
+    {
+        names << name;
+        values << value;
+    }
+};
+
+} // namespace
+
+TEST(ImuAxisData, beginsAtZero)
+{
+    const ImuAxisData axis;
+    EXPECT_EQ(axis.vector(), QVector3D(0, 0, 0));
+}
+
+TEST(ImuAxisData, setStoresAllAndSignalsTheVectorFirst)
+{
+    ImuAxisData axis;
+    const Signals heard(axis);
+    axis.set(1.5, 2.5, -3.5);
+    EXPECT_EQ(heard.names, (QStringList{"vector", "x", "y", "z"}));
+    EXPECT_EQ(heard.values, (QList<double>{1.5, 2.5, -3.5}));
+    EXPECT_EQ(axis.vector(), QVector3D(1.5F, 2.5F, -3.5F));
+}
+
+TEST(ImuAxisData, oneDifferentValueSignalsAllFour)
+{
+    ImuAxisData axis;
+    axis.set(1, 2, 3);
+    const Signals heard(axis);
+    axis.set(1, 2, 4);
+    EXPECT_EQ(heard.names, (QStringList{"vector", "x", "y", "z"}));
+}
+
+TEST(ImuAxisData, whatAFloatCannotTellApartIsNoChange)
+{
+    ImuAxisData axis;
+    axis.set(9.81, 0.1, 1e-3);
+    const Signals heard(axis);
+    axis.set(9.81 + 1e-9, 0.1 - 1e-10, 1e-3);
+    EXPECT_TRUE(heard.names.isEmpty());
+    axis.setVector(QVector3D(9.81F, 0.1F, 1e-3F));
+    EXPECT_TRUE(heard.names.isEmpty());
+}
+
+TEST(ImuAxisData, valuesAreReadBackInSinglePrecision)
+{
+    ImuAxisData axis;
+    axis.set(0.1, 0.2, 0.3);
+    EXPECT_EQ(axis.x(), double(0.1F));
+    EXPECT_NE(axis.x(), 0.1);
+}
+
+TEST(ImuAxisData, oneAxisSignalsBeforeTheVectorAndAlways)
+{
+    ImuAxisData axis;
+    const Signals heard(axis);
+    axis.setX(1);
+    axis.setX(1);
+    axis.setY(2);
+    axis.setZ(3);
+    EXPECT_EQ(heard.names, (QStringList{"x", "vector", "x", "vector", "y", "vector", "z", "vector"}));
+    EXPECT_EQ(axis.vector(), QVector3D(1, 2, 3));
+}
+
+TEST(ImuAxisData, theVectorCanBeWritten)
+{
+    ImuAxisData axis;
+    const Signals heard(axis);
+    EXPECT_TRUE(axis.setProperty("vector", QVector3D(1, 2, 3)));
+    EXPECT_FALSE(axis.setProperty("x", 4.0));
+    EXPECT_EQ(heard.names, (QStringList{"vector", "x", "y", "z"}));
+}
+
+TEST(ImuAxisData, whatAFloatCannotHoldBecomesInfinite)
+{
+    ImuAxisData axis;
+    volatile double big = 1e40;
+    axis.setX(big);
+    EXPECT_EQ(axis.x(), std::numeric_limits<double>::infinity());
+}

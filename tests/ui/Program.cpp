@@ -1,0 +1,46 @@
+#include "ui/Program.h"
+
+#include "app/Viewer.h"
+#include "ui/WindowDriver.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <iostream>
+
+namespace {
+
+constexpr int skipped = 77; // what ctest takes for a skipped test
+
+void useHome(const QTemporaryDir &home)
+{
+    qputenv("HOME", home.path().toLocal8Bit());
+    qputenv("XDG_CONFIG_HOME", home.filePath(QStringLiteral("config")).toLocal8Bit());
+    qputenv("XDG_DATA_HOME", home.filePath(QStringLiteral("data")).toLocal8Bit());
+    qputenv("XDG_CACHE_HOME", home.filePath(QStringLiteral("cache")).toLocal8Bit());
+    qputenv("XDG_PICTURES_DIR", home.filePath(QStringLiteral("pictures")).toLocal8Bit());
+    QDir::setCurrent(home.path());
+}
+
+} // namespace
+
+int runProgram(int argc, char **argv, const std::function<int()> &body)
+{
+    const QTemporaryDir home;
+    useHome(home);
+    const QString reason = prepare(home.path());
+    if (!reason.isEmpty()) {
+        std::cerr << "skipped: " << qPrintable(reason) << std::endl;
+        return skipped;
+    }
+    int answer = -1;
+    const int code = runViewer(argc, argv, [&](QQmlApplicationEngine &, QApplication &application) {
+        LogWatch::install();
+        QTimer::singleShot(0, &application, [&] {
+            answer = body();
+            QCoreApplication::exit(answer);
+        });
+    });
+    return answer == 0 ? code : answer;
+}
