@@ -16,16 +16,22 @@ Entity {
         thickness: root.thickness
     }
 
-    readonly property var vertexCache: Vertices.createCache()
+    // A millimetre is less than a pixel at a metre, where the scene's camera stands. Without this, a software
+    // renderer spends a second on each picture of a long path.
+    readonly property var cache: Vertices.createPathCache(0.001)
 
     // Takes the oldest point away. The vertices follow by a move; a bare shift() has them all converted again.
     function shift() {
         path.shift()
-        vertexCache.drop()
+        cache.drop()
     }
 
     function createBuffer(path) {
-        return vertexCache.verticesOf(path)
+        return cache.verticesOf(path)
+    }
+
+    function createIndices(path) {
+        return cache.indicesOf(path)
     }
 
     components: [geometry, transform, material, layer]
@@ -35,12 +41,34 @@ Entity {
 
         instanceCount: 1
         primitiveType: GeometryRenderer.LineStrip
-        geometry: VertexGeometry {
-            count: root.path.length
-            buffer: Buffer {
-                type: Buffer.VertexBuffer
-                data: root.createBuffer(root.path)
-            }
+        geometry: Geometry {
+            attributes: [
+                Attribute {
+                    name: "vertexPosition"
+                    attributeType: Attribute.VertexAttribute
+                    vertexBaseType: Attribute.Float
+                    vertexSize: 3
+                    byteStride: 3 * 4
+                    byteOffset: 0
+                    count: root.path.length
+                    buffer: Buffer {
+                        objectName: "vertices"
+                        type: Buffer.VertexBuffer
+                        data: root.createBuffer(root.path)
+                    }
+                },
+                Attribute {
+                    attributeType: Attribute.IndexAttribute
+                    vertexBaseType: Attribute.UnsignedInt
+                    vertexSize: 1
+                    count: root.createIndices(root.path).length
+                    buffer: Buffer {
+                        objectName: "indices"
+                        type: Buffer.IndexBuffer
+                        data: root.createIndices(root.path)
+                    }
+                }
+            ]
         }
     }
 }
