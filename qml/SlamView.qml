@@ -238,10 +238,31 @@ DisplayItem {
 
     MouseArea {
         objectName: "sceneArea"
+
+        property double lastPress: 0
+        property point lastPoint
+
+        // Presses that are passed on never become a double click of this area.
+        function isSecondPress(mouse) {
+            const now = Date.now()
+            const near = Math.max(Math.abs(mouse.x - lastPoint.x), Math.abs(mouse.y - lastPoint.y))
+                         <= Qt.styleHints.startDragDistance
+            const second = near && now - lastPress <= Qt.styleHints.mouseDoubleClickInterval
+            lastPress = second ? 0 : now
+            lastPoint = Qt.point(mouse.x, mouse.y)
+            return second
+        }
+
         anchors.fill: parent
         onDoubleClicked: control.doubleClicked()
-        // In free view the scene below takes the drags.
-        onPressed: mouse.accepted = !freeViewCheckBox.checked
+        onPressed: {
+            if (!freeViewCheckBox.checked)
+                return
+            // The scene below takes the drags.
+            mouse.accepted = false
+            if (isSecondPress(mouse))
+                control.doubleClicked()
+        }
     }
 
     MouseArea {
