@@ -69,7 +69,9 @@ void CameraDevice::readInformation()
     std::map<std::string, std::string> entries;
     try {
         entries = m_device->info();
-        m_version = QString::fromStdString(entries["version"]);
+        const auto version = entries.find("version");
+        if (version != entries.end())
+            m_version = QString::fromStdString(version->second);
     } catch (...) {
         m_version = QString();
     }

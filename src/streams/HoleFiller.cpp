@@ -181,6 +181,9 @@ qv::SgbmImage HoleFiller::fillHoles(const qv::SgbmImage &frame, const HoleLimits
     const int radius = int(size);
     if (radius <= 0)
         return frame;
+    // Before the ellipse is made, which would take as much memory as the window has pixels.
+    const std::int64_t side = 2 * std::int64_t(radius);
+    CV_Assert(side * side <= mostCounted);
     const int width = int(frame.width), height = int(frame.height);
     const std::size_t bytes = frame.width * frame.height * sizeof(unsigned short);
     const std::shared_ptr<unsigned char> buffer = m_buffers.take(bytes);
@@ -188,10 +191,8 @@ qv::SgbmImage HoleFiller::fillHoles(const qv::SgbmImage &frame, const HoleLimits
     auto *samples = reinterpret_cast<unsigned short *>(buffer.get());
 
     const cv::Mat holes = holesToFill(samples, width, height, limits, size);
-    const int side = 2 * radius;
-    CV_Assert(std::int64_t(side) * side <= mostCounted);
     const KeyPlane plane(samples, width, height, limits, radius);
-    Window window(side);
+    Window window{int(side)};
     for (int y = 0; y < height; ++y) {
         const unsigned char *hole = holes.ptr(y);
         for (int x = 0; x < width; ++x) {

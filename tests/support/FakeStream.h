@@ -7,6 +7,8 @@
 template <class Component, class Record>
 class FakeStream : public Component {
 public:
+    using Component::start;
+
     bool start() override
     {
         log->add("start");
