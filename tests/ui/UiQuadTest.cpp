@@ -14,7 +14,7 @@ QString prepare(const QString &home)
 TEST(Quad, fourCamerasShowInTheGrid)
 {
     ASSERT_TRUE(pageAppears());
-    WindowDriver::click(id("stereoButton"));
+    clickSwitch("stereoButton");
     QQuickItem *view = id("stereoView");
     ASSERT_TRUE(waitFor([view] { return view->width() > 100; }, minute));
     ASSERT_TRUE(waitFor([] { return model("stereo")->property("count").toInt() == 4; }, minute));
@@ -44,7 +44,7 @@ TEST(Quad, aClickOnOneShowsItAlone)
     WindowDriver::click(view, QPointF(view->width() * 0.75, view->height() * 0.75));
     QQuickItem *grid = WindowDriver::byName("gridButton", view);
     EXPECT_TRUE(waitFor([grid] { return !grid->property("checked").toBool(); }, minute));
-    WindowDriver::click(id("stereoButton"));
+    clickSwitch("stereoButton");
 }
 
 TEST(Quad, nothingUnexpectedIsInTheLog)

@@ -52,7 +52,7 @@ QString prepare(const QString &home)
 TEST(Replay, recordingPlaysPixelForPixel)
 {
     ASSERT_TRUE(pageAppears());
-    WindowDriver::click(id("stereoButton"));
+    clickSwitch("stereoButton");
     const std::vector<QImage> left = recordedPictures(QStringLiteral("cam0"));
     const std::vector<QImage> right = recordedPictures(QStringLiteral("cam1"));
     ASSERT_GT(left.size(), 20U);
