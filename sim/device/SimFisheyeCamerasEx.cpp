@@ -109,6 +109,8 @@ void SimFisheyeCamerasEx::deliverPoints(
     if (callbacks.empty())
         return;
     const FisheyeSource::KeyPoints points = source().keyPoints(due, limit);
+    if (points.empty())
+        return;
     qv::FisheyeKeyPoints<N, 32> record;
     record.hostTimestamp = Clock::now();
     record.edgeTimestampUs = Clock::microseconds(due);

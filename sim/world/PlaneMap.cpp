@@ -8,7 +8,7 @@
 namespace sim {
 namespace {
 
-constexpr double cell = 0.25; ///< metres
+constexpr double nodeSpacing = 0.25; ///< metres
 constexpr int leastNodes = 6; ///< seen before a plane is reported
 constexpr int shellSurfaces = 6;
 
@@ -33,8 +33,8 @@ PlaneMap::PlaneMap(std::shared_ptr<const Scene> scene)
         Grid grid;
         grid.id = static_cast<int>(m_grids.size()) + 1;
         grid.surface = &surface;
-        grid.columns = std::max(2, static_cast<int>(std::lround(surface.width / cell)) + 1);
-        grid.rows = std::max(2, static_cast<int>(std::lround(surface.height / cell)) + 1);
+        grid.columns = std::max(2, static_cast<int>(std::lround(surface.width / nodeSpacing)) + 1);
+        grid.rows = std::max(2, static_cast<int>(std::lround(surface.height / nodeSpacing)) + 1);
         m_grids.push_back(grid);
     }
     reset();

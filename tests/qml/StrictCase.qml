@@ -6,6 +6,8 @@ TestCase {
     id: testCase
 
     property var expectedWarnings: []
+    // A new language evaluates the bindings of the test case itself, which warns of itself.
+    readonly property var runnersOwn: /StrictCase: Binding loop detected/
 
     when: windowShown
 
@@ -16,7 +18,7 @@ TestCase {
 
     function cleanup() {
         var unexpected = messages.warnings().filter(function(text) {
-            return !expectedWarnings.some(function(pattern) { return pattern.test(text) })
+            return !runnersOwn.test(text) && !expectedWarnings.some(function(pattern) { return pattern.test(text) })
         })
         compare(unexpected, [])
     }

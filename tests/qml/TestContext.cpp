@@ -1,6 +1,7 @@
 #include "TestContext.h"
 
 #include "app/QmlTypes.h"
+#include "imaging/ImageData.h"
 
 #include <QClipboard>
 #include <QCoreApplication>
@@ -9,6 +10,8 @@
 #include <QMutexLocker>
 #include <QQmlContext>
 #include <QQmlEngine>
+#include <algorithm>
+#include <memory>
 
 namespace {
 
@@ -111,6 +114,28 @@ QStringList MessageLog::lines() const
     return messages().lines;
 }
 
+QuitCounter::QuitCounter(QQmlEngine *engine)
+    : QObject(engine)
+{
+    connect(engine, &QQmlEngine::quit, this, [this] { ++m_count; });
+}
+
+QObject *FrameMaker::make(int width, int height)
+{
+    auto *image = new ImageData(this);
+    refill(image, width, height);
+    return image;
+}
+
+void FrameMaker::refill(QObject *image, int width, int height)
+{
+    const int size = width * height;
+    const std::shared_ptr<unsigned char> grey(
+        new unsigned char[size], std::default_delete<unsigned char[]>());
+    std::fill_n(grey.get(), size, static_cast<unsigned char>(128));
+    qobject_cast<ImageData *>(image)->set(width, height, grey, size);
+}
+
 void TestContext::applicationAvailable()
 {
     registerQmlTypes();
@@ -126,5 +151,10 @@ void TestContext::qmlEngineAvailable(QQmlEngine *engine)
     context->setContextProperty(QStringLiteral("qv_sdk_version"), QStringLiteral("1.2.3"));
     context->setContextProperty(QStringLiteral("tools"), new FakeTools(engine));
     context->setContextProperty(QStringLiteral("listener"), new FakeListener(engine));
+    auto *documents = new DocumentSwap(engine);
+    engine->setUrlInterceptor(documents);
+    context->setContextProperty(QStringLiteral("documents"), documents);
+    context->setContextProperty(QStringLiteral("frames"), new FrameMaker(engine));
+    context->setContextProperty(QStringLiteral("quits"), new QuitCounter(engine));
     context->setContextProperty(QStringLiteral("messages"), new MessageLog(engine));
 }

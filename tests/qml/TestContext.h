@@ -2,10 +2,13 @@
 
 #include "app/Tools.h"
 
+#include <QHash>
 #include <QObject>
 #include <QPointer>
+#include <QQmlAbstractUrlInterceptor>
 #include <QStringList>
 #include <QTranslator>
+#include <QUrl>
 #include <QVariant>
 
 class QQmlEngine;
@@ -74,6 +77,45 @@ public:
     /// Warnings and worse since the start.
     Q_INVOKABLE QStringList warnings() const;
     Q_INVOKABLE QStringList lines() const;
+};
+
+/// Puts a document of the tests in the place of one of the program's, for what is loaded from then on.
+class DocumentSwap : public QObject, public QQmlAbstractUrlInterceptor {
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+    Q_INVOKABLE void replace(const QUrl &document, const QUrl &by) { m_replaced.insert(document, by); }
+    Q_INVOKABLE void restore(const QUrl &document) { m_replaced.remove(document); }
+
+    QUrl intercept(const QUrl &path, DataType) override { return m_replaced.value(path, path); }
+
+private:
+    QHash<QUrl, QUrl> m_replaced;
+};
+
+/// Counts how often the documents asked the program to end.
+class QuitCounter : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(int count MEMBER m_count)
+
+public:
+    explicit QuitCounter(QQmlEngine *engine);
+
+private:
+    int m_count = 0;
+};
+
+/// Makes frame holders with a grey frame in them, and puts new frames into them.
+class FrameMaker : public QObject {
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+    Q_INVOKABLE QObject *make(int width, int height);
+    Q_INVOKABLE void refill(QObject *image, int width, int height);
 };
 
 /// Publishes the fakes to each engine that the test runner makes.

@@ -161,7 +161,7 @@ Item {
             create({ showPathButton: true })
             waitForRendering(item)
             mouseMove(item, 200, 200)
-            mouseMove(find(item, "pathBtn"))
+            mouseMove(find(item, "pathBtn"), 16, 16)
             tryCompare(window, "isHeaderHovered", true)
             mouseMove(item, 200, 200)
             tryCompare(window, "isHeaderHovered", false)
