@@ -155,6 +155,6 @@ TEST(Plugging, everyTenthOfASecondWhileStreamsRunLosesNothing)
     const double grown = residentMiB() - before;
     std::cout << made.count() << " devices made, " << made.frames() << " frames, " << grown << " MiB grown\n";
     EXPECT_GT(made.count(), changes() / 4);
-    EXPECT_GT(made.frames(), made.count());
+    EXPECT_GT(made.frames(), made.count() / 10);
     EXPECT_LT(grown, MayGrowMiB);
 }
