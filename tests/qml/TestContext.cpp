@@ -1,5 +1,6 @@
 #include "TestContext.h"
 
+#include "SlamDevice.h"
 #include "app/QmlTypes.h"
 
 #include <QClipboard>
@@ -120,6 +121,7 @@ QuitCounter::QuitCounter(QQmlEngine *engine)
 void TestContext::applicationAvailable()
 {
     registerQmlTypes();
+    qmlRegisterType<SlamDevice>("SlamDevice", 1, 0, "SlamDevice");
 }
 
 void TestContext::qmlEngineAvailable(QQmlEngine *engine)
