@@ -2,6 +2,7 @@
 
 #include "SlamDevice.h"
 #include "app/QmlTypes.h"
+#include "imaging/ImageData.h"
 
 #include <QClipboard>
 #include <QCoreApplication>
@@ -10,6 +11,8 @@
 #include <QMutexLocker>
 #include <QQmlContext>
 #include <QQmlEngine>
+#include <algorithm>
+#include <memory>
 
 namespace {
 
@@ -118,6 +121,22 @@ QuitCounter::QuitCounter(QQmlEngine *engine)
     connect(engine, &QQmlEngine::quit, this, [this] { ++m_count; });
 }
 
+QObject *FrameMaker::make(int width, int height)
+{
+    auto *image = new ImageData(this);
+    refill(image, width, height);
+    return image;
+}
+
+void FrameMaker::refill(QObject *image, int width, int height)
+{
+    const int size = width * height;
+    const std::shared_ptr<unsigned char> grey(
+        new unsigned char[size], std::default_delete<unsigned char[]>());
+    std::fill_n(grey.get(), size, static_cast<unsigned char>(128));
+    qobject_cast<ImageData *>(image)->set(width, height, grey, size);
+}
+
 void TestContext::applicationAvailable()
 {
     registerQmlTypes();
@@ -137,6 +156,7 @@ void TestContext::qmlEngineAvailable(QQmlEngine *engine)
     auto *documents = new DocumentSwap(engine);
     engine->setUrlInterceptor(documents);
     context->setContextProperty(QStringLiteral("documents"), documents);
+    context->setContextProperty(QStringLiteral("frames"), new FrameMaker(engine));
     context->setContextProperty(QStringLiteral("quits"), new QuitCounter(engine));
     context->setContextProperty(QStringLiteral("messages"), new MessageLog(engine));
 }

@@ -107,6 +107,17 @@ private:
     int m_count = 0;
 };
 
+/// Makes frame holders with a grey frame in them, and puts new frames into them.
+class FrameMaker : public QObject {
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+    Q_INVOKABLE QObject *make(int width, int height);
+    Q_INVOKABLE void refill(QObject *image, int width, int height);
+};
+
 /// Publishes the fakes to each engine that the test runner makes.
 class TestContext : public QObject {
     Q_OBJECT

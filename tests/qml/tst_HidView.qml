@@ -94,9 +94,7 @@ Item {
             device.log = "boot"
             tryVerify(function() { return received().indexOf("boot") === 0 })
             mouseClick(button)
-            var polls = device.polls
-            wait(20)
-            compare(device.polls, polls)
+            verify(!find(view, "glasstimer").running)
         }
 
         function test_repeatSendsAtItsInterval() {
@@ -112,9 +110,7 @@ Item {
             tryVerify(function() { return device.sent.length >= 5 })
             verify(Date.now() - start >= 480)
             mouseClick(box)
-            var sent = device.sent.length
-            wait(250)
-            compare(device.sent.length, sent)
+            verify(!find(view, "timer").running)
         }
 
         function test_boxesHaveTheirShare() {

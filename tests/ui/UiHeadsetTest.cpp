@@ -120,5 +120,5 @@ TEST(Headset, stereoSwitchStopsTheStream)
 
 TEST(Headset, nothingUnexpectedIsInTheLog)
 {
-    EXPECT_THAT(LogWatch::warnings(), ::testing::IsEmpty());
+    EXPECT_THAT(unexpectedWarnings(), ::testing::IsEmpty());
 }

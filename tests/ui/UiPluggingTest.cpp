@@ -108,7 +108,7 @@ TEST(Plugging, theFirstDeviceAfterThatIsWhole)
 
 TEST(Plugging, nothingUnexpectedIsInTheLog)
 {
-    EXPECT_THAT(LogWatch::warnings(), ::testing::IsEmpty());
+    EXPECT_THAT(unexpectedWarnings(), ::testing::IsEmpty());
 }
 
 TEST(Plugging, ctrlQEndsTheProgram)

@@ -49,5 +49,5 @@ TEST(Quad, aClickOnOneShowsItAlone)
 
 TEST(Quad, nothingUnexpectedIsInTheLog)
 {
-    EXPECT_THAT(LogWatch::warnings(), ::testing::IsEmpty());
+    EXPECT_THAT(unexpectedWarnings(), ::testing::IsEmpty());
 }

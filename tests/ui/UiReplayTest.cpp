@@ -107,5 +107,5 @@ TEST(Replay, theScreenShowsARecordedPicture)
 
 TEST(Replay, nothingUnexpectedIsInTheLog)
 {
-    EXPECT_THAT(LogWatch::warnings(), ::testing::IsEmpty());
+    EXPECT_THAT(unexpectedWarnings(), ::testing::IsEmpty());
 }
