@@ -43,23 +43,15 @@ QtObject {
         function setResolution(mode) { device.note("stereo.setResolution", mode) }
         function setViewSize(w, h) { device.note("stereo.setViewSize", w, h) }
     }
-    property var slam: QtObject {
-        property bool enabled: true
-        property int prediction: 0
-        property int dataFrameRate: 0
-        property var position: null
-        property var orientation: null
+    property var slam: FakeSlam {
+        enabled: true
         onPredictionChanged: device.note("slam.prediction", prediction)
-        function control(on) { device.note("slam.control", on) }
+        onControlled: device.note("slam.control", on)
     }
-    property var edge: QtObject {
-        property bool enabled: false
-        property int prediction: 0
-        property int dataFrameRate: 0
-        property var position: null
-        property var orientation: null
+    property var edge: FakeSlam {
+        enabled: false
         onPredictionChanged: device.note("edge.prediction", prediction)
-        function control(on) { device.note("edge.control", on) }
+        onControlled: device.note("edge.control", on)
     }
     property var planes: QtObject {
         function clearTofPlanes() { device.note("planes.clearTofPlanes") }

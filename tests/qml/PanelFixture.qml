@@ -47,6 +47,7 @@ Item {
         function folderUrl(url) { return url }
         function openUrl() { return true }
         function copyToClipboard() {}
+        function mapVector(matrix, vector) { return matrix.times(vector) }
     }
 
     Settings {

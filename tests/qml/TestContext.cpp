@@ -1,5 +1,6 @@
 #include "TestContext.h"
 
+#include "SlamDevice.h"
 #include "app/QmlTypes.h"
 #include "imaging/ImageData.h"
 
@@ -139,6 +140,7 @@ void FrameMaker::refill(QObject *image, int width, int height)
 void TestContext::applicationAvailable()
 {
     registerQmlTypes();
+    qmlRegisterType<SlamDevice>("SlamDevice", 1, 0, "SlamDevice");
 }
 
 void TestContext::qmlEngineAvailable(QQmlEngine *engine)

@@ -10,6 +10,8 @@ int main(int argc, char **argv)
     const QTemporaryDir home;
     qputenv("HOME", home.path().toLocal8Bit());
     qputenv("XDG_CONFIG_HOME", home.filePath(QStringLiteral("config")).toLocal8Bit());
+    // Maps are saved there.
+    qputenv("TMPDIR", home.path().toLocal8Bit());
     qputenv("QT_QPA_PLATFORM", "offscreen");
     // Needs no OpenGL, which the offscreen platform can't give without a display.
     qputenv("QT_QUICK_BACKEND", "software");
