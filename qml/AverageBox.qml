@@ -76,5 +76,12 @@ Rectangle {
         anchors.fill: parent
         drag.target: control
         drag.axis: Drag.XAndYAxis
+        drag.onActiveChanged: {
+            // An assignment cuts the bindings to the middle: the box stays where it is dropped.
+            if (drag.active) {
+                control.x = control.x
+                control.y = control.y
+            }
+        }
     }
 }

@@ -44,73 +44,50 @@ Page {
         onDoubleClicked: control.doubleClicked()
     }
 
-    ToolButton {
+    FrameButton {
         id: closeBtn
         objectName: "closeBtn"
-        z: 10
         anchors { top: parent.top; topMargin: 5; right: parent.right }
-        width: 32
-        height: 32
-        padding: 4
-        icon { source: "qrc:/images/close"; width: 20; height: 20 }
+        icon.source: "qrc:/images/close"
         visible: Qt.platform.os !== "android"
-        ToolTip.visible: hovered
-        ToolTip.delay: 500
-        ToolTip.text: "Stop this Sensor"
+        hint: "Stop this Sensor"
         onClicked: control.closeSensor()
     }
 
-    ToolButton {
+    FrameButton {
         id: maxBtn
         objectName: "maxBtn"
-        z: 10
         anchors { top: parent.top; topMargin: 5; right: closeBtn.left }
-        width: 32
-        height: 32
-        padding: 4
-        icon { source: "qrc:/images/maximize"; width: 20; height: 20 }
+        icon.source: "qrc:/images/maximize"
         visible: Qt.platform.os !== "android"
-        ToolTip.visible: hovered
-        ToolTip.delay: 500
-        ToolTip.text: "Maximize this Sensor"
+        hint: "Maximize this Sensor"
         onClicked: control.maximize()
     }
 
-    ToolButton {
+    FrameButton {
         id: imgBtn
         objectName: "imgBtn"
-        z: 10
         anchors { top: parent.top; topMargin: 5; right: maxBtn.left }
-        width: 32
-        height: 32
-        padding: 4
-        icon { source: "qrc:images/image"; width: 20; height: 20 }
+        icon.source: "qrc:images/image"
         visible: control.showSaveImageButton
-        ToolTip.visible: hovered
-        ToolTip.delay: 500
-        ToolTip.text: "Save image"
+        hint: "Save image"
         onClicked: control.saveImage()
         onPressAndHold: control.imgPressAndHold()
     }
 
-    ToolButton {
+    FrameButton {
         id: pathBtn
         objectName: "pathBtn"
 
         property string path: ""
 
-        z: 10
         anchors { top: parent.top; topMargin: 5; right: maxBtn.left }
-        width: 32
-        height: 32
-        padding: 4
-        icon { source: "qrc:images/path"; color: checked ? "red" : "white"; width: 20; height: 20 }
+        icon.source: "qrc:images/path"
+        icon.color: checked ? "red" : "white"
         visible: control.showPathButton
         checkable: true
         enabled: uuidSelector.count > 0
-        ToolTip.visible: hovered
-        ToolTip.delay: 500
-        ToolTip.text: "Save path"
+        hint: "Save path"
         onHoveredChanged: window.isHeaderHovered = hovered
         onCheckedChanged: {
             var camera = listener.cameras[uuidSelector.currentIndex]

@@ -13,7 +13,7 @@ Slider {
 
     width: parent ? parent.width : 0
     height: 36
-    leftPadding: captionWidth
+    leftPadding: captionWidth + 6
     rightPadding: valueWidth + 8
 
     Label {

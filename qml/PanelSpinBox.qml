@@ -15,7 +15,7 @@ SpinBox {
     Label {
         id: label
 
-        x: control.width + 10
+        x: control.width
         width: control.rowWidth - x
         anchors.verticalCenter: parent.verticalCenter
         fontSizeMode: Text.HorizontalFit

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <iostream>
+#include <mutex>
 
 namespace sim {
 
@@ -13,6 +14,14 @@ const char *name(LogLevel level)
 {
     static const char *const names[] = {"trace", "debug", "info", "warning", "error", "critical", "off"};
     return names[static_cast<int>(level)];
+}
+
+void writeLine(const std::string &line)
+{
+    // Never destroyed, since threads may still write while the program ends.
+    static std::mutex &mutex = *new std::mutex;
+    const std::lock_guard lock(mutex);
+    std::cerr << line + '\n' << std::flush;
 }
 
 } // namespace
@@ -31,12 +40,12 @@ void log(LogLevel level, const std::string &text)
 {
     if (level < logThreshold() || level >= LogLevel::Off)
         return;
-    std::cerr << std::string("qvsdk ") + name(level) + ": " + text + '\n' << std::flush;
+    writeLine(std::string("qvsdk ") + name(level) + ": " + text);
 }
 
 void complain(const std::string &text)
 {
-    std::cerr << "qvsdk: " + text + '\n' << std::flush;
+    writeLine("qvsdk: " + text);
 }
 
 } // namespace sim

@@ -2,6 +2,7 @@
 
 #include "core/Clock.h"
 #include "device/DeviceFactory.h"
+#include "replay/PictureReader.h"
 
 #include <algorithm>
 #include <chrono>
@@ -41,6 +42,7 @@ DeviceRegistry::~DeviceRegistry()
 
 DeviceRegistry &DeviceRegistry::instance()
 {
+    preparePictureReader();
     static DeviceRegistry registry(ConfigSource::fromEnvironment());
     return registry;
 }

@@ -2,6 +2,7 @@
 
 #include "core/DeviceConfig.h"
 #include "device/DeviceLog.h"
+#include "device/Modes.h"
 
 #include <atomic>
 #include <memory>
@@ -30,7 +31,7 @@ public:
 
     DeviceLog &log() { return m_log; }
 
-    std::atomic<int> imuMode{1}; ///< 0 VSlam only, 1 VSlam and IMU, 2 IMU only, 4 fusion on the host
+    std::atomic<int> imuMode{VSlamAndImu};
     std::atomic<int> imuOffset{0}; ///< microseconds
     std::atomic<int> uvcMode{
         2}; ///< 0 none, 1 video, 2 demo, 5 demo with points, 3 debug, 4 debug with points

@@ -7,7 +7,7 @@ namespace sim {
 
 namespace {
 
-constexpr double freePhase = 0.57;
+constexpr double fisheyePhase = 0.57;
 /// A shutter that is open longer than this smears what moves.
 constexpr double sharpMilliseconds = 8;
 
@@ -47,7 +47,7 @@ RenderedFisheye::RenderedFisheye(
     std::shared_ptr<const SharedWorld> world, FisheyeRig rig, double rate, unsigned seed)
     : m_world(std::move(world))
     , m_rig(std::move(rig))
-    , m_schedule(std::make_shared<RateSchedule>(rate, freePhase))
+    , m_schedule(std::make_shared<RateSchedule>(rate, fisheyePhase))
     , m_vga(calibrate(m_rig, m_rig.mounts.front().lens.w, m_rig.mounts.front().lens.h))
     , m_hd(calibrate(m_rig, 1280, 720))
     , m_calibration(withoutExtension(m_vga))
@@ -93,7 +93,7 @@ bool RenderedFisheye::setResolution(int mode)
 
 void RenderedFisheye::setSync(bool sync)
 {
-    m_schedule->setPhase(sync ? 0 : freePhase);
+    m_schedule->setPhase(sync ? 0 : fisheyePhase);
 }
 
 Pose RenderedFisheye::worldFromCamera(std::size_t camera, double t) const

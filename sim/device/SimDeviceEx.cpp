@@ -10,14 +10,14 @@ void SimDeviceEx::setImuOffset(int offset)
 
 void SimDeviceEx::setImuMode(int mode)
 {
-    const bool known = mode == 0 || mode == 1 || mode == 2 || mode == 4;
+    const bool known = mode == VSlamOnly || mode == VSlamAndImu || mode == ImuOnly || mode == FusionOnHost;
     if (known && accepts("setImuMode", mode))
         state().imuMode = mode;
 }
 
 void SimDeviceEx::setUvcMode(int mode)
 {
-    if (mode >= 0 && mode <= 5 && accepts("setUvcMode", mode))
+    if (mode >= NoStream && mode <= DemoWithPoints && accepts("setUvcMode", mode))
         state().uvcMode = mode;
 }
 

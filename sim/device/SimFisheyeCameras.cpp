@@ -58,7 +58,7 @@ void SimFisheyeCameras::scheduleChanged()
 void SimFisheyeCameras::produce(double due, Defect defect)
 {
     qv::FisheyeImages record;
-    if (device().uvcMode == 0 || !m_source->pictures(due, record))
+    if (device().uvcMode == NoStream || !m_source->pictures(due, record))
         return;
     record.hostTimestamp = Clock::now();
     damage(record, defect);

@@ -6,9 +6,6 @@ namespace sim {
 
 namespace {
 
-enum UvcMode { NoStream = 0, VideoOnly = 1, Demo = 2, Debug = 3, DebugWithPoints = 4, DemoWithPoints = 5 };
-enum ImuMode { ImuOnly = 2 };
-
 constexpr std::size_t demoPoints = 100;
 constexpr std::size_t debugPoints = 250;
 
@@ -112,6 +109,8 @@ void SimFisheyeCamerasEx::deliverPoints(
     if (callbacks.empty())
         return;
     const FisheyeSource::KeyPoints points = source().keyPoints(due, limit);
+    if (points.empty())
+        return;
     qv::FisheyeKeyPoints<N, 32> record;
     record.hostTimestamp = Clock::now();
     record.edgeTimestampUs = Clock::microseconds(due);

@@ -6,8 +6,6 @@ namespace sim {
 
 namespace {
 
-enum ImuMode { VSlamOnly = 0, FusionOnHost = 4 };
-
 void makeUnreadable(qv::Imu &imu)
 {
     const double nan = std::numeric_limits<double>::quiet_NaN();

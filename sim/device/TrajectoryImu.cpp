@@ -16,9 +16,9 @@ constexpr double gyroBias = 0.01; // rad/s
 constexpr double accelBias = 0.08; // m/s^2
 constexpr double magnBias = 3; // microtesla
 
-constexpr double freePhase = 0.31;
+constexpr double imuPhase = 0.31;
 /// Readings are never left out for a short delay, as pictures are: whoever integrates them would go astray.
-constexpr double backlog = 0.5;
+constexpr double imuBacklog = 0.5;
 
 enum Sensor { Gyro, Accel, Magn, Temperature };
 
@@ -26,7 +26,7 @@ enum Sensor { Gyro, Accel, Magn, Temperature };
 
 TrajectoryImu::TrajectoryImu(std::shared_ptr<const SharedWorld> world, double rate, unsigned seed)
     : m_world(std::move(world))
-    , m_schedule(std::make_shared<RateSchedule>(rate, freePhase, backlog))
+    , m_schedule(std::make_shared<RateSchedule>(rate, imuPhase, imuBacklog))
     , m_noise(0x1000U + seed)
     , m_bias(0x2000U + seed)
 {
@@ -47,7 +47,7 @@ std::optional<qv::Imu> TrajectoryImu::reading(double due, bool raw) const
 
 void TrajectoryImu::setSync(bool sync)
 {
-    m_schedule->setPhase(sync ? 0 : freePhase);
+    m_schedule->setPhase(sync ? 0 : imuPhase);
 }
 
 qv::Vector3 TrajectoryImu::noisy(

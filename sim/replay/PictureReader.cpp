@@ -87,6 +87,13 @@ cv::Mat toGrey(const cv::Mat &picture)
 
 } // namespace
 
+void preparePictureReader()
+{
+    std::vector<unsigned char> bytes;
+    cv::imencode(".png", cv::Mat(1, 1, CV_8UC1, cv::Scalar(0)), bytes);
+    cv::imdecode(bytes, cv::IMREAD_UNCHANGED);
+}
+
 bool isWholePng(const std::string &bytes)
 {
     if (bytes.compare(0, signature.size(), signature) != 0)

@@ -11,6 +11,10 @@ namespace sim {
 /// picture; colour becomes grey. Throws std::runtime_error with a text for people.
 qv::FisheyeImage readPicture(const std::filesystem::path &file);
 
+/// Makes the decoder's own tables, which go at the program's end in the reverse order of their making:
+/// whoever may still read pictures then has to have called this before it was made itself.
+void preparePictureReader();
+
 /// Whether the bytes are a whole PNG: its signature, its chunks with right sums, its end. The decoder would
 /// print lines of its own about one that isn't.
 bool isWholePng(const std::string &bytes);

@@ -7,13 +7,13 @@ namespace sim {
 
 namespace {
 
-constexpr double backlog = 0.1; // seconds
+constexpr double pictureBacklog = 0.1; // seconds
 
 } // namespace
 
 ReplayFisheye::ReplayFisheye(const Recording &recording, const Timeline &timeline)
     : m_schedule(std::make_shared<const LoopSchedule>(
-        timeline.playTimes(), timeline.duration(), timeline.origin(), backlog))
+        timeline.playTimes(), timeline.duration(), timeline.origin(), pictureBacklog))
     , m_duration(timeline.duration())
     , m_loader(recording.frames)
 {

@@ -6,7 +6,7 @@ namespace sim {
 
 namespace {
 
-constexpr double backlog = 0.5; // seconds
+constexpr double readingBacklog = 0.5; // seconds
 
 qv::Vector3 vector3(const Eigen::Vector3d &v)
 {
@@ -34,7 +34,7 @@ std::unique_ptr<ReplayImu> ReplayImu::make(const Recording &recording, const Tim
 ReplayImu::ReplayImu(std::vector<ImuRow> rows, std::vector<double> play, const Timeline &timeline)
     : m_rows(std::move(rows))
     , m_schedule(std::make_shared<const LoopSchedule>(
-          std::move(play), timeline.duration(), timeline.origin(), backlog))
+          std::move(play), timeline.duration(), timeline.origin(), readingBacklog))
     , m_duration(timeline.duration())
 {
 }

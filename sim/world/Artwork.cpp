@@ -179,7 +179,7 @@ void Artwork::television()
             360, {54, 128, 156}, 1, cv::LINE_AA);
     cv::rectangle(m_image, at(0.22, 0.36), at(0.78, 0.64), {18, 44, 78}, cv::FILLED);
     text("Quivra", 0.27, 0.57, 0.17, {244, 248, 250}, 4);
-    text("spatial sensing", 0.27, 0.625, 0.035, {150, 214, 222}, 1);
+    text("spatial sensing", 0.42, 0.622, 0.035, {150, 214, 222}, 1);
     cv::rectangle(m_image, at(0.06, 0.76), at(0.40, 0.94), {12, 30, 54}, cv::FILLED);
     for (int i = 0; i < 12; ++i)
         cv::rectangle(m_image, at(0.08 + 0.026 * i, 0.92 - 0.14 * unit()), at(0.098 + 0.026 * i, 0.925),

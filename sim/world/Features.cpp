@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <mutex>
 #include <numeric>
 #include <opencv2/imgproc.hpp>
 #include <random>
@@ -73,6 +74,16 @@ Features::Features(std::shared_ptr<const Scene> scene, unsigned seed)
     std::iota(m_ranked.begin(), m_ranked.end(), std::size_t(0));
     std::stable_sort(
         m_ranked.begin(), m_ranked.end(), [&](std::size_t a, std::size_t b) { return keys[a] > keys[b]; });
+}
+
+std::shared_ptr<const Features> Features::of(const std::shared_ptr<const Scene> &scene)
+{
+    static std::mutex mutex;
+    static std::shared_ptr<const Features> last;
+    const std::lock_guard<std::mutex> lock(mutex);
+    if (!last || last->m_scene->seed() != scene->seed())
+        last = std::make_shared<Features>(scene);
+    return last;
 }
 
 /// The strongest corner of each cell of a surface.

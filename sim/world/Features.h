@@ -23,6 +23,9 @@ class Features {
 public:
     explicit Features(std::shared_ptr<const Scene> scene, unsigned seed = 1);
 
+    /// Those of a scene, made once and shared; the ones asked for last stay.
+    static std::shared_ptr<const Features> of(const std::shared_ptr<const Scene> &scene);
+
     /// At least 20 000, on all surfaces of the room.
     const std::vector<Feature> &all() const { return m_all; }
 

@@ -3,6 +3,7 @@
 #include "world/Room.h"
 
 #include <opencv2/core.hpp>
+#include <vector>
 
 namespace sim {
 
@@ -17,14 +18,30 @@ public:
     cv::Mat over(const Surface &surface) const;
 
 private:
-    struct Blocker {
-        Eigen::Vector3d centre;
-        Eigen::Vector3d half;
-        double cosine;
-        double sine;
-        double radius2; ///< squared, of the ball about it
+    /// The boxes' bounding balls side by side, and each box; plain numbers, since millions of rays are tried.
+    struct Blockers {
+        std::vector<float> x;
+        std::vector<float> y;
+        std::vector<float> z;
+        std::vector<float> radius2;
+        std::vector<float> halfX;
+        std::vector<float> halfY;
+        std::vector<float> halfZ;
+        std::vector<float> cosine;
+        std::vector<float> sine;
+    };
+    struct Ray {
+        float x;
+        float y;
+        float z;
+        float dx;
+        float dy;
+        float dz;
+        float length;
     };
 
+    void addBlocker(const Box &box);
+    bool meets(const Ray &ray, std::size_t blocker) const;
     double at(const Eigen::Vector3d &point, const Eigen::Vector3d &normal) const;
     double direct(const Eigen::Vector3d &point, const Eigen::Vector3d &normal) const;
     double openness(const Eigen::Vector3d &point, const Eigen::Vector3d &normal) const;
@@ -32,7 +49,7 @@ private:
     bool blocked(const Eigen::Vector3d &from, const Eigen::Vector3d &direction, double length) const;
 
     const Room &m_room;
-    std::vector<Blocker> m_blockers;
+    Blockers m_blockers;
 };
 
 } // namespace sim

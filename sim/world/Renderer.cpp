@@ -8,16 +8,16 @@ namespace {
 
 using kernels::lanes;
 
-constexpr int side = RayTable::side;
+constexpr int blockSide = RayTable::side;
 
 /// Calls `row(first lane, pixels, x, y)` for each row of a block as far as it is inside the picture.
 template <typename Row>
 void forEachRow(const RayTable::Block &block, const cv::Size &size, const Row &row)
 {
-    const int columns = std::min(side, size.width - block.left);
-    const int rows = std::min(side, size.height - block.top);
+    const int columns = std::min(blockSide, size.width - block.left);
+    const int rows = std::min(blockSide, size.height - block.top);
     for (int y = 0; y < rows; ++y)
-        row(y * side, columns, block.left, block.top + y);
+        row(y * blockSide, columns, block.left, block.top + y);
 }
 
 void applyGain(cv::Mat &image, double gain)

@@ -29,6 +29,7 @@ std::shared_ptr<const Textures> Textures::of(const Scene &scene)
 {
     static std::mutex mutex;
     static std::map<unsigned, std::weak_ptr<const Textures>> known;
+    static std::shared_ptr<const Textures> last;
     const std::lock_guard<std::mutex> lock(mutex);
     std::weak_ptr<const Textures> &entry = known[scene.seed()];
     std::shared_ptr<const Textures> out = entry.lock();
@@ -36,6 +37,7 @@ std::shared_ptr<const Textures> Textures::of(const Scene &scene)
         out = std::make_shared<Textures>(scene);
         entry = out;
     }
+    last = out;
     return out;
 }
 

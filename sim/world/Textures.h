@@ -9,7 +9,8 @@
 namespace sim {
 
 /// The painted and shaded pictures of all surfaces of a scene's room, by surface id. Made on the first use,
-/// in some tenths of a second, and shared by all who render a scene of the same seed. Immutable.
+/// in some tenths of a second, and shared by all who render a scene of the same seed; those used last stay
+/// for the next device that is plugged in. Immutable.
 class Textures {
 public:
     explicit Textures(const Scene &scene);

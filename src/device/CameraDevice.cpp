@@ -1,6 +1,5 @@
 #include "device/CameraDevice.h"
 
-#include "device/CaptureFolder.h"
 #include "device/HidChannel.h"
 #include "device/InformationMap.h"
 #include "device/qv/DeviceEx.h"
@@ -70,7 +69,9 @@ void CameraDevice::readInformation()
     std::map<std::string, std::string> entries;
     try {
         entries = m_device->info();
-        m_version = QString::fromStdString(entries["version"]);
+        const auto version = entries.find("version");
+        if (version != entries.end())
+            m_version = QString::fromStdString(version->second);
     } catch (...) {
         m_version = QString();
     }
@@ -92,58 +93,47 @@ void CameraDevice::setFeatures(const QJsonObject &features)
 void CameraDevice::makeImageModels()
 {
     if (m_device->colorCamera())
-        m_rgb = make<RgbData>(m_device->colorCamera(), this);
+        m_rgb = new RgbData(m_device->colorCamera(), this);
     if (m_device->tofCamera())
-        m_tof = make<TofData>(m_device->tofCamera(), this);
+        m_tof = new TofData(m_device->tofCamera(), this);
     if (m_device->tofCamera())
-        m_tofIr = make<TofIrData>(m_device->tofCamera(), this);
+        m_tofIr = new TofIrData(m_device->tofCamera(), this);
     if (m_device->fisheyeCameras())
-        m_stereo = make<StereoData>(m_device->fisheyeCameras(), this);
+        m_stereo = new StereoData(m_device->fisheyeCameras(), this);
     if (m_device->tofCamera())
-        m_rgbd = make<RgbdData>(m_device->tofCamera(), this);
+        m_rgbd = new RgbdData(m_device->tofCamera(), this);
     if (m_device->vsc())
-        m_sgbm = make<SgbmData>(m_device->vsc().get(), this);
-}
-
-template <class Stereo, class Sgbm, class Tof, class Rgb, class Rgbd>
-static void connectLanded(CameraDevice *device, Stereo *stereo, Sgbm *sgbm, Tof *tof, Rgb *rgb, Rgbd *rgbd)
-{
-    if constexpr (Landed<Stereo> && Landed<Sgbm>)
-        QObject::connect(stereo, &Stereo::resetSgbm, sgbm, &Sgbm::reset);
-    if constexpr (Landed<Tof> && Landed<Rgbd>)
-        QObject::connect(tof, &Tof::tofRunning, rgbd, &Rgbd::setEnable);
-    if constexpr (Landed<Rgb> && Landed<Rgbd>)
-        QObject::connect(rgb, &Rgb::rgbRunning, rgbd, &Rgbd::setEnable);
-    if constexpr (Landed<Tof>)
-        QObject::connect(device, &CameraDevice::savePcd, tof, &Tof::savePcd);
+        m_sgbm = new SgbmData(m_device->vsc().get(), this);
 }
 
 // A device without one of the ends goes on without that connection, with Qt's own warning.
 void CameraDevice::connectModels()
 {
-    connectLanded(this, m_stereo, m_sgbm, m_tof, m_rgb, m_rgbd);
+    connect(m_stereo, &StereoData::resetSgbm, m_sgbm, &SgbmData::reset);
+    connect(m_tof, &TofData::tofRunning, m_rgbd, &RgbdData::setEnable);
+    connect(m_rgb, &RgbData::rgbRunning, m_rgbd, &RgbdData::setEnable);
+    connect(this, &CameraDevice::savePcd, m_tof, &TofData::savePcd);
 }
 
 void CameraDevice::makeOtherModels()
 {
     const std::shared_ptr<qv::Slam> edge = edgeComponent();
     if (m_device->tofCamera() && m_device->colorCamera())
-        m_tof3d =
-            make<Tof3dData>(m_device->tofCamera(), m_device->colorCamera(), m_device->slam(), edge, this);
+        m_tof3d = new Tof3dData(m_device->tofCamera(), m_device->colorCamera(), m_device->slam(), edge, this);
     if (edge)
-        m_edge = make<SlamData>(edge, this);
+        m_edge = new SlamData(edge, this);
     else
         qCritical() << "No edge";
     if (m_device->slam())
-        m_map = make<MapData>(m_device->slam(), this);
+        m_map = new MapData(m_device->slam(), this);
     if (m_device->slam())
-        m_slam = make<SlamData>(m_device->slam(), this);
+        m_slam = new SlamData(m_device->slam(), this);
     if (m_device->slam())
-        m_planes = make<PlanesData>(m_device->slam(), this);
+        m_planes = new PlanesData(m_device->slam(), this);
     if (m_device->objectDetector())
-        m_objects = make<ObjectsData>(m_device->objectDetector(), this);
+        m_objects = new ObjectsData(m_device->objectDetector(), this);
     if (m_device->imuSensor())
-        m_imu = make<ImuData>(m_device->imuSensor(), this);
+        m_imu = new ImuData(m_device->imuSensor(), this);
 }
 
 std::shared_ptr<qv::Slam> CameraDevice::edgeComponent() const

@@ -3,7 +3,18 @@
 #include "device/DeviceAccess.h"
 #include "device/qv/Device.h"
 // The property types have to be complete, or the documents see undefined.
-#include "device/Pending.h"
+#include "spatial/MapData.h"
+#include "spatial/ObjectsData.h"
+#include "spatial/PlanesData.h"
+#include "spatial/SlamData.h"
+#include "spatial/Tof3dData.h"
+#include "streams/ImuData.h"
+#include "streams/RgbData.h"
+#include "streams/RgbdData.h"
+#include "streams/SgbmData.h"
+#include "streams/StereoData.h"
+#include "streams/TofData.h"
+#include "streams/TofIrData.h"
 
 #include <QJsonObject>
 #include <QObject>

@@ -18,7 +18,7 @@ QString CameraDevice::saveImages(QString objectName)
 {
     const QDir folder = makeCaptureFolder();
     qDebug() << folder.absolutePath();
-    const auto file = [&folder](const char *name) { return folder.filePath(QLatin1String(name)); };
+    const auto file = [&folder](const char *name) { return folder.absoluteFilePath(QLatin1String(name)); };
     if (m_stereo && objectName == QLatin1String("stereo")) {
         report(m_stereo->saveImage(0, file("left.png")), "Failed to create left image");
         report(m_stereo->saveImage(1, file("right.png")), "Failed to create right image");
@@ -48,13 +48,13 @@ QString CameraDevice::setRecording(bool recording)
         const QDir folder = makeCaptureFolder();
         path = folder.absolutePath();
         if (m_stereo)
-            m_stereo->setImageRecordPath(0, folder.filePath(QStringLiteral("left.avi")));
+            m_stereo->setImageRecordPath(0, folder.absoluteFilePath(QStringLiteral("left.avi")));
         if (m_stereo)
-            m_stereo->setImageRecordPath(1, folder.filePath(QStringLiteral("right.avi")));
+            m_stereo->setImageRecordPath(1, folder.absoluteFilePath(QStringLiteral("right.avi")));
         if (m_rgb)
-            m_rgb->setRecordPath(folder.filePath(QStringLiteral("rgb.avi")));
+            m_rgb->setRecordPath(folder.absoluteFilePath(QStringLiteral("rgb.avi")));
         if (m_tof)
-            m_tof->setRecordPath(folder.filePath(QStringLiteral("tof.avi")));
+            m_tof->setRecordPath(folder.absoluteFilePath(QStringLiteral("tof.avi")));
     }
     if (m_stereo)
         m_stereo->setImageRecording(0, recording);
@@ -78,9 +78,9 @@ QString CameraDevice::setRecordingSlam(bool recordingSlam)
         const QDir folder = makeCaptureFolder();
         path = folder.absolutePath();
         if (m_slam)
-            m_slam->setRecordPath(folder.filePath(QStringLiteral("host.csv")));
+            m_slam->setRecordPath(folder.absoluteFilePath(QStringLiteral("host.csv")));
         if (m_edge)
-            m_edge->setRecordPath(folder.filePath(QStringLiteral("edge.csv")));
+            m_edge->setRecordPath(folder.absoluteFilePath(QStringLiteral("edge.csv")));
     }
     if (m_slam)
         m_slam->setRecording(recordingSlam);

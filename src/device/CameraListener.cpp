@@ -32,6 +32,7 @@ CameraListener::CameraListener(QObject *parent, int logLevel)
 
     m_timer = new QTimer(this);
     m_timer->setSingleShot(false);
+    m_timer->setTimerType(Qt::PreciseTimer); // a coarse one may be a third of a second early
     m_timer->start();
     m_timer->setInterval(FirstTickMs);
     connect(m_timer, &QTimer::timeout, this, &CameraListener::run);

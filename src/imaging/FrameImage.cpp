@@ -5,6 +5,7 @@
 #include <cstring>
 #include <limits>
 #include <numeric>
+#include <stdexcept>
 
 namespace {
 
@@ -79,14 +80,13 @@ const QImage &FrameImage::image(const ImageData::Frame &frame, const FrameLook &
 
 void FrameImage::make(const ImageData::Frame &frame, const FrameLook &look)
 {
-    if (look.window.isEmpty()) {
-        m_image = {};
-    } else if (frame.type == ImageData::JPEG) {
+    const bool seen = !look.window.isEmpty();
+    if (seen && frame.type == ImageData::JPEG) {
         decode(frame);
         m_image = m_decoded.isNull() ? QImage()
                                      : m_decoded.scaled(shownSize(m_decoded.size(), frame, look))
                                            .mirrored(look.horizontalFlip, look.verticalFlip);
-    } else if (isWhole(frame)) {
+    } else if (seen && isWhole(frame)) {
         convert(frame, look);
     } else {
         m_image = {};
@@ -140,8 +140,10 @@ void FrameImage::pickDepth(const ImageData::Frame &frame, const FrameLook &look)
     const auto *data = frame.data.get();
     if (frame.type == ImageData::Float)
         pick(frame, look, QImage::Format_RGB888, FloatRow{data, frame.width, &m_coloring});
-    else
+    else if (frame.type == ImageData::Short)
         pick(frame, look, QImage::Format_RGB888, ShortRow{data, frame.width, &m_coloring});
+    else
+        throw std::runtime_error("no way");
 }
 
 /// A picture wider than its frame takes its pixels from a frame row that is converted once.

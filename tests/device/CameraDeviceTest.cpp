@@ -102,12 +102,14 @@ private:
     template <class Model>
     void watch(CameraDevice &camera, const char *name, void (CameraDevice::*changed)(Model *))
     {
-        QObject::connect(&camera, changed, [this, name, &camera](Model *model) {
+        QObject::connect(&camera, changed, &m_context, [this, name, &camera](Model *model) {
             EXPECT_EQ(model, nullptr);
             EXPECT_EQ(camera.property(name).value<Model *>(), nullptr);
             names.emplace_back(name);
         });
     }
+
+    QObject m_context;
 };
 
 const Names StopOrder{"rgb", "rgbd", "tof", "tofIr", "stereo", "imu", "slam", "edge", "objects", "planes",

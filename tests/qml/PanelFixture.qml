@@ -65,10 +65,14 @@ Item {
         FakeDevice {}
     }
 
-    Component {
-        id: pageComponent
-
-        CameraView {}
+    // The 3D scenes have tests of their own, and need more of a device than this one has.
+    function makePage(properties) {
+        documents.replace("qrc:/SlamView.qml", Qt.resolvedUrl("stubs/SpatialView.qml"))
+        documents.replace("qrc:/Tof3DView.qml", Qt.resolvedUrl("stubs/SpatialView.qml"))
+        const component = Qt.createComponent("qrc:/CameraView.qml")
+        if (component.status !== Component.Ready)
+            console.warn(component.errorString())
+        return component.createObject(window, properties)
     }
 
     /// A fresh page; `change` may alter the device before the page sees it.
@@ -77,7 +81,7 @@ Item {
         if (change)
             change(device)
         listener.cameras = [device]
-        page = pageComponent.createObject(window, { width: window.width, height: window.height, camera: device })
+        page = makePage({ width: window.width, height: window.height, camera: device })
         device.forget()
         return page
     }
@@ -87,7 +91,7 @@ Item {
     }
 
     function openEmpty() {
-        page = pageComponent.createObject(window, { width: window.width, height: window.height })
+        page = makePage({ width: window.width, height: window.height })
         return page
     }
 

@@ -2,7 +2,9 @@
 
 #include "support/Wait.h"
 
+#include <algorithm>
 #include <atomic>
+#include <cstdint>
 #include <mutex>
 #include <vector>
 
@@ -45,6 +47,14 @@ public:
     {
         const std::size_t wanted = count() + more;
         return waitFor([&] { return count() >= wanted; });
+    }
+
+    /// Whether no record was due after that time, in microseconds of the clock.
+    bool noneDueAfter(std::int64_t time) const
+    {
+        const std::lock_guard lock(m_mutex);
+        const auto later = [time](const Record &record) { return record.edgeTimestampUs > time; };
+        return std::none_of(m_records.begin(), m_records.end(), later);
     }
 
 private:

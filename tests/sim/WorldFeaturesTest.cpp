@@ -77,3 +77,12 @@ TEST(WorldFeatures, limitHoldsAndAllComeWithoutOne)
     EXPECT_EQ(world().features.visible(world().model, pose, 8, 17).size(), 17U);
     EXPECT_GT(world().features.visible(world().model, pose, 8, 1000000).size(), 2000U);
 }
+
+TEST(WorldFeatures, sameSceneSharesItsFeatures)
+{
+    const auto first = Features::of(world().scene);
+    EXPECT_EQ(Features::of(std::make_shared<Scene>(1)), first);
+    const auto other = Features::of(std::make_shared<Scene>(2));
+    EXPECT_NE(other, first);
+    EXPECT_EQ(first->all().size(), world().features.all().size());
+}

@@ -1,0 +1,21 @@
+import QtQuick 2.13
+import QtQuick.Controls 2.13
+
+// A small button in the corner of a view, above whatever the view shows.
+ToolButton {
+    id: control
+
+    property string hint: ""
+
+    z: 10
+    width: 32
+    height: 32
+    padding: 4
+    icon.width: 20
+    icon.height: 20
+    hoverEnabled: true
+
+    ToolTip.visible: hovered
+    ToolTip.delay: 500
+    ToolTip.text: hint
+}

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "world/Features.h"
+
+#include <memory>
+#include <vector>
+
+namespace sim {
+
+/// The features that cameras have met so far, as the points of a map. Not thread-safe.
+class PointMap {
+public:
+    explicit PointMap(std::shared_ptr<const Features> features);
+
+    /// Adds up to `limit` of those that the camera sees at time t; answers how many were new.
+    std::size_t observe(
+        const CameraModel &model, const Pose &worldFromCamera, double t, std::size_t limit = 400);
+    /// Ids in the order in which they were first met; they index `Features::all`.
+    const std::vector<int> &ids() const { return m_ids; }
+    /// World, in the same order.
+    std::vector<Eigen::Vector3d> points() const;
+    void reset();
+
+private:
+    std::shared_ptr<const Features> m_features;
+    std::vector<int> m_ids;
+    std::vector<bool> m_known;
+};
+
+} // namespace sim

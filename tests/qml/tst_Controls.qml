@@ -1,0 +1,231 @@
+import QtQuick 2.13
+import QtQuick.Controls 2.13
+import QtTest 1.13
+import "qrc:/"
+
+Item {
+    id: window
+
+    width: 600
+    height: 500
+
+    Component {
+        id: customSwitch
+        CustomSwitch {}
+    }
+
+    Component {
+        id: customLabel
+        CustomLabel { width: 200; text: "Stereo" }
+    }
+
+    Component {
+        id: comboBox
+        CustomComboBox {
+            x: 50
+            y: 50
+            textRole: "name"
+            model: [{ name: "first", value: 3 }, { name: "second", value: 5 }]
+        }
+    }
+
+    Component {
+        id: listComboBox
+        CustomComboBox {
+            textRole: "name"
+            isListModel: true
+            model: ListModel {
+                ListElement { name: "alpha" }
+                ListElement { name: "beta" }
+            }
+        }
+    }
+
+    CustomEditCombobox {
+        id: allSettingsCombobox
+        x: 300
+        y: 50
+        editable: true
+        model: ListModel {
+            ListElement { text: "Default" }
+            ListElement { text: "Mine" }
+        }
+    }
+
+    StrictCase {
+        name: "Controls"
+
+        function test_switchShowsItsState() {
+            var item = make(customSwitch)
+            compare(item.contentItem.text, "off")
+            compare([item.indicator.width, item.indicator.height], [48 * 0.4, 26 * 0.4])
+            verify(Qt.colorEqual(item.indicator.border.color, "#F56C6C"))
+            verify(Qt.colorEqual(item.contentItem.color, "#F56C6C"))
+            var knob = find(item, "knob")
+            compare(knob.x, 0)
+            mouseClick(item)
+            compare(item.contentItem.text, "on")
+            verify(Qt.colorEqual(item.indicator.color, "#409EFF"))
+            verify(Qt.colorEqual(item.contentItem.color, "#409EFF"))
+            verify(Qt.colorEqual(knob.color, "#3E4D59"))
+            compare(knob.x, 48 * 0.4 - 26 * 0.4)
+            compare(item.contentItem.leftPadding, item.indicator.width + item.spacing)
+        }
+
+        function test_switchTakesItsWords() {
+            var item = make(customSwitch, { onText: "MF", offText: "AF" })
+            compare(item.contentItem.text, "AF")
+            item.checked = true
+            compare(item.contentItem.text, "MF")
+        }
+
+        function test_disabledSwitchIsFaint() {
+            var item = make(customSwitch)
+            compare(item.contentItem.opacity, 1)
+            item.enabled = false
+            fuzzyCompare(item.contentItem.opacity, 0.3, 0.001)
+        }
+
+        function test_labelFolds() {
+            var item = make(customLabel)
+            var indicator = find(item, "dropIndicator")
+            compare([item.checked, indicator.rotation], [false, 270])
+            mouseClick(item)
+            compare([item.checked, indicator.rotation], [true, 0])
+            mouseClick(item, item.width - 2, 2)
+            compare(item.checked, false)
+        }
+
+        function test_labelLightsUnderTheMouse() {
+            var item = make(customLabel, { y: 200 })
+            mouseMove(item, 10, 10)
+            tryVerify(function() { return Qt.colorEqual(item.color, "#33717171") })
+            mouseMove(item, 10, 150)
+            tryVerify(function() { return Qt.colorEqual(item.color, "transparent") })
+        }
+
+        function opened(item) {
+            return function() { return item.popup.opened }
+        }
+
+        function closed(item) {
+            return function() { return !item.popup.visible }
+        }
+
+        function test_arrowOpensAndCloses() {
+            var item = make(comboBox)
+            var arrow = find(item, "arrowArea")
+            mouseClick(arrow)
+            tryVerify(opened(item))
+            mouseClick(arrow)
+            tryVerify(closed(item))
+            wait(0)
+            verify(!item.popup.visible)
+            compare(item.isClosed, false)
+            mouseClick(arrow)
+            tryVerify(opened(item))
+            item.popup.close()
+            tryVerify(closed(item))
+        }
+
+        function test_faceOpensAndCloses() {
+            var item = make(comboBox)
+            mouseClick(item, 20, item.height / 2)
+            tryVerify(opened(item))
+            mouseClick(item, 20, item.height / 2)
+            tryVerify(closed(item))
+        }
+
+        function test_escapeDoesNotSwallowTheNextClick() {
+            var item = make(comboBox)
+            var arrow = find(item, "arrowArea")
+            mouseMove(arrow, 10, 10)
+            mouseClick(arrow)
+            tryVerify(opened(item))
+            keyClick(Qt.Key_Escape)
+            tryVerify(closed(item))
+            compare(item.isClosed, false)
+            mouseClick(arrow)
+            tryVerify(opened(item))
+            item.popup.close()
+            tryVerify(closed(item))
+        }
+
+        function test_popupThatClosesOnThePressStaysClosed() {
+            var item = make(comboBox)
+            var arrow = find(item, "arrowArea")
+            mouseMove(arrow, 10, 10)
+            mouseClick(arrow)
+            tryVerify(opened(item))
+            mousePress(arrow)
+            item.popup.close()
+            tryVerify(closed(item))
+            compare(item.isClosed, true)
+            mouseRelease(arrow)
+            compare(item.popup.visible, false)
+            compare(item.isClosed, false)
+        }
+
+        function test_entriesShowTheirNames_data() {
+            return [
+                { tag: "array", component: comboBox, names: ["first", "second"] },
+                { tag: "list", component: listComboBox, names: ["alpha", "beta"] }
+            ]
+        }
+
+        function test_entriesShowTheirNames(data) {
+            var item = make(data.component)
+            compare(item.scale, 0.8)
+            item.popup.open()
+            tryVerify(opened(item))
+            var list = item.popup.contentItem
+            for (var i = 0; i < data.names.length; ++i) {
+                var entry = list.itemAtIndex(i)
+                compare(entry.contentItem.text, data.names[i])
+                compare(entry.width, item.width * 0.8)
+            }
+            mouseClick(list.itemAtIndex(1))
+            compare(item.currentIndex, 1)
+            compare(item.contentItem.text, data.names[1])
+            tryVerify(closed(item))
+            compare(list.model, null)
+        }
+
+        function test_arrowBoxIsSquare() {
+            var item = make(comboBox)
+            var box = find(item, "arrowBox")
+            compare(box.width, box.height)
+            compare(box.height, item.background.height)
+            compare(item.contentItem.rightPadding, box.width + item.spacing)
+            item.popup.open()
+            tryVerify(opened(item))
+            compare(item.popup.y, item.height - 5)
+            item.popup.close()
+            tryVerify(closed(item))
+        }
+
+        function test_editableBoxShowsAndEditsItsName() {
+            var input = find(allSettingsCombobox, "allSettingsText")
+            compare(allSettingsCombobox.contTxt, input)
+            compare(input.text, "Default")
+            allSettingsCombobox.currentIndex = 1
+            compare(input.text, "Mine")
+            mouseClick(input)
+            input.selectAll()
+            keyClick(Qt.Key_N)
+            compare(allSettingsCombobox.contTxt.text, "n")
+            allSettingsCombobox.currentIndex = 0
+            compare(input.selectByMouse, true)
+        }
+
+        function test_editableBoxListsItsEntries() {
+            mouseClick(find(allSettingsCombobox, "arrowArea"))
+            tryVerify(opened(allSettingsCombobox))
+            var list = allSettingsCombobox.popup.contentItem
+            compare(list.itemAtIndex(0).contentItem.text, "Default")
+            compare(list.itemAtIndex(1).contentItem.text, "Mine")
+            mouseClick(find(allSettingsCombobox, "arrowArea"))
+            tryVerify(closed(allSettingsCombobox))
+        }
+    }
+}

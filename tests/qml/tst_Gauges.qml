@@ -1,0 +1,159 @@
+import QtQuick 2.13
+import QtQuick.Controls 2.13
+import QtTest 1.13
+import "qrc:/"
+
+Item {
+    id: window
+
+    property bool isHeaderHovered: false
+
+    width: 800
+    height: 600
+
+    QtObject {
+        id: uuidSelector
+        property int count: 1
+        property int currentIndex: 0
+    }
+
+    Component {
+        id: gauge
+        GaugeView { width: 15; height: 200 }
+    }
+
+    Component {
+        id: axisView
+        ImuAxisView { width: 150; height: 300 }
+    }
+
+    Component {
+        id: imuView
+        ImuView { width: 500; height: 400 }
+    }
+
+    Component {
+        id: inertial
+        QtObject {
+            property QtObject imu: QtObject {
+                property double dataFrameRate: 499.6
+                property var accel: ({ x: 9.81, y: -9.81, z: 0 })
+                property var gyro: ({ x: 1, y: 2, z: 3 })
+                property var magn: ({ x: 10, y: 20, z: 30 })
+            }
+        }
+    }
+
+    StrictCase {
+        name: "Gauges"
+
+        function test_barsGrowFromZero_data() {
+            return [
+                // height 200: zero lies at base, the bar's length is the value's share of the span
+                { tag: "positive", min: -50, max: 150, value: 75, base: 50, positive: 75, negative: -1 },
+                { tag: "negative", min: -50, max: 150, value: -25, base: 50, positive: -1, negative: 25 },
+                { tag: "zero", min: -50, max: 150, value: 0, base: 50, positive: -1, negative: -1 },
+                { tag: "above", min: -50, max: 150, value: 1000, base: 50, positive: 150, negative: -1 },
+                { tag: "below", min: -50, max: 150, value: -1000, base: 50, positive: -1, negative: 50 },
+                { tag: "allPositive", min: 100, max: 200, value: 150, base: 0, positive: 100, negative: -1 },
+                { tag: "allNegative", min: -200, max: -100, value: -150, base: 200, positive: -1, negative: 300 }
+            ]
+        }
+
+        function test_barsGrowFromZero(data) {
+            var item = make(gauge, { minimumValue: data.min, maximumValue: data.max, value: data.value })
+            var positive = find(item, "positiveBar")
+            var negative = find(item, "negativeBar")
+            compare(find(item, "base").height, data.base)
+            compare(positive.visible, data.positive >= 0)
+            compare(negative.visible, data.negative >= 0)
+            if (data.positive >= 0) {
+                compare(positive.height, data.positive)
+                compare(positive.y + positive.height, item.height - data.base)
+            }
+            if (data.negative >= 0) {
+                compare(negative.height, data.negative)
+                compare(negative.y, item.height - data.base)
+            }
+        }
+
+        function test_valueAsPercentageIsTheBoundedShare() {
+            var item = make(gauge, { minimumValue: -50, maximumValue: 150, value: 100 })
+            compare(item.valueAsPercentage, 0.75)
+            item.value = 900
+            compare(item.valueAsPercentage, 1)
+            compare(item.boundedvalue, 150)
+        }
+
+        function test_axisGivesTheColour_data() {
+            return [
+                { tag: "x", axis: GaugeView.Axis.X, color: "#ef5350" },
+                { tag: "y", axis: GaugeView.Axis.Y, color: "#66bb6a" },
+                { tag: "z", axis: GaugeView.Axis.Z, color: "#03a9f4" }
+            ]
+        }
+
+        function test_axisGivesTheColour(data) {
+            var item = make(gauge, { axis: data.axis })
+            verify(Qt.colorEqual(item.positiveColor, data.color))
+            verify(Qt.colorEqual(item.negativeColor, data.color))
+            verify(Qt.colorEqual(item.color, "lightgray"))
+        }
+
+        function test_defaults() {
+            var item = make(gauge)
+            compare([item.minimumValue, item.maximumValue, item.value, item.axis], [0, 100, 50, GaugeView.Axis.X])
+            compare([item.implicitWidth, item.implicitHeight], [15, 150])
+        }
+
+        function test_axisViewScalesItsAxis() {
+            var item = make(axisView, { minimumValue: -2, maximumValue: 2, factor: 0.5, axis: { x: 1, y: 2, z: -3 } })
+            compare(find(item, "xGauge").value, 0.5)
+            compare(find(item, "yGauge").value, 1)
+            compare(find(item, "zGauge").value, -1.5)
+            compare(item.tickmarkStepSize, 0.5)
+            item.axis = null
+            compare(find(item, "xGauge").value, 0)
+        }
+
+        function test_axisViewShowsOneDecimalForSmallSpans() {
+            var item = make(axisView, { minimumValue: -5, maximumValue: 5 })
+            compare(find(item, "gauge").formatValue(1.25), "1.3")
+            item.maximumValue = 5.5
+            compare(find(item, "gauge").formatValue(1.25), "1")
+        }
+
+        function test_axisViewFontFollowsTheWidth() {
+            var item = make(axisView, { width: 50 })
+            compare(find(item, "gauge").font.pixelSize, 6)
+            item.width = 10
+            compare(find(item, "gauge").font.pixelSize, 4)
+            item.width = 400
+            compare(find(item, "gauge").font.pixelSize, 12)
+        }
+
+        function test_imuViewShowsTheThreeQuantities() {
+            var item = make(imuView, { camera: createTemporaryObject(inertial, window) })
+            compare(find(item, "infoLabel").text, "[IMU]  @500fps")
+            fuzzyCompare(find(find(item, "accelView"), "xGauge").value, 1, 1e-9)
+            compare(find(find(item, "gyroView"), "yGauge").value, 2)
+            compare(find(find(item, "magnView"), "zGauge").value, 30)
+        }
+
+        function test_imuViewHidesMagnWhenNarrow() {
+            var item = make(imuView)
+            var magn = find(item, "magnView")
+            item.width = 301
+            verify(magn.visible)
+            item.width = 300
+            verify(!magn.visible)
+        }
+
+        function test_imuViewLosesItsCamera() {
+            var item = make(imuView, { camera: createTemporaryObject(inertial, window) })
+            item.camera = null
+            compare(find(item, "infoLabel").text, "")
+            compare(find(find(item, "gyroView"), "yGauge").value, 0)
+        }
+    }
+}

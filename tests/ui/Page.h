@@ -1,0 +1,80 @@
+#pragma once
+
+#include "support/Wait.h"
+#include "ui/Program.h"
+#include "ui/WindowDriver.h"
+
+#include <QSet>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+/// What the interface tests say about the page of a camera and about pictures.
+namespace ui {
+
+/// Bounds a failure; nothing that works takes so long.
+constexpr int minute = 60000;
+
+inline QQuickItem *id(const char *name, int page = 0)
+{
+    return WindowDriver::itemById(WindowDriver::page(page), name);
+}
+
+inline QObject *camera(int page = 0)
+{
+    QObject *view = WindowDriver::byId(WindowDriver::page(page), "view");
+    return view ? view->property("camera").value<QObject *>() : nullptr;
+}
+
+inline QObject *model(const char *name, int page = 0)
+{
+    return camera(page)->property(name).value<QObject *>();
+}
+
+/// How many colours a picture has, by every third pixel: a black or blank one has one.
+inline int colours(const QImage &picture)
+{
+    QSet<QRgb> seen;
+    for (int y = 0; y < picture.height(); y += 3)
+        for (int x = 0; x < picture.width(); x += 3)
+            seen.insert(picture.pixel(x, y));
+    return seen.size();
+}
+
+/// The rate that a read-out such as "[STEREO]  640x400@50fps" shows; -1 where it shows none.
+inline int rateOf(QQuickItem *label)
+{
+    bool isNumber = false;
+    const QString text = label->property("text").toString().section(QLatin1Char('@'), 1);
+    const int rate = QString(text).remove(QLatin1String("fps")).toInt(&isNumber);
+    return isNumber ? rate : -1;
+}
+
+/// Waits until the rate lies in the range, ends included.
+inline bool rateReaches(QQuickItem *label, int least, int most)
+{
+    return waitFor([=] { return rateOf(label) >= least && rateOf(label) <= most; }, minute);
+}
+
+/// What was logged as a warning or worse, without what belongs to a device that lacks a component: Qt's word
+/// on connections to it, the missing edge, and the tool tips of the SLAM view, which have no guard.
+inline QStringList unexpectedWarnings()
+{
+    QStringList warnings;
+    for (const QString &warning : LogWatch::warnings()) {
+        const bool expected = (warning.startsWith(QLatin1String("QObject::connect("))
+                                  && warning.endsWith(QLatin1String("invalid nullptr parameter")))
+            || warning == QLatin1String("No edge") || warning == QLatin1String("No edge_ex")
+            || (warning.startsWith(QLatin1String("qrc:/SlamView.qml"))
+                && warning.endsWith(QLatin1String("TypeError: Cannot read property 'slam' of null")));
+        if (!expected)
+            warnings << warning;
+    }
+    return warnings;
+}
+
+inline bool pageAppears(int page = 0)
+{
+    return waitFor([page] { return WindowDriver::page(page) != nullptr; }, minute);
+}
+
+} // namespace ui

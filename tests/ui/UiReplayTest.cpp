@@ -1,0 +1,111 @@
+#include "streams/StereoData.h"
+#include "ui/Page.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+// One run of the program on a recorded stereo sequence, which is kept outside the tree.
+
+using namespace ui;
+
+namespace {
+
+QString recording()
+{
+    return QFileInfo(QStringLiteral(QV_SOURCE_DIR "/../shared/data/asl/euroc_v1_01_easy")).absoluteFilePath();
+}
+
+std::vector<QImage> recordedPictures(const QString &camera)
+{
+    std::vector<QImage> pictures;
+    const QDir folder(recording() + QLatin1String("/mav0/") + camera + QLatin1String("/data"));
+    for (const QFileInfo &file : folder.entryInfoList({QStringLiteral("*.png")}, QDir::Files, QDir::Name))
+        pictures.push_back(QImage(file.filePath()).convertToFormat(QImage::Format_Grayscale8));
+    return pictures;
+}
+
+QImage held(StereoData::Image camera)
+{
+    auto *stereo = qobject_cast<StereoData *>(model("stereo"));
+    const ImageData::Frame frame = qobject_cast<FisheyeData *>(stereo->image(camera))->image()->frame();
+    if (!frame.data)
+        return {};
+    return QImage(frame.data.get(), frame.width, frame.height, frame.width, QImage::Format_Grayscale8).copy();
+}
+
+bool isOneOf(const QImage &picture, const std::vector<QImage> &pictures)
+{
+    return std::find(pictures.begin(), pictures.end(), picture) != pictures.end();
+}
+
+} // namespace
+
+QString prepare(const QString &home)
+{
+    Q_UNUSED(home)
+    if (!QFileInfo::exists(recording()))
+        return QStringLiteral("the recorded sequence is not here");
+    qputenv("QVSIM_REPLAY", recording().toLocal8Bit());
+    return {};
+}
+
+TEST(Replay, recordingPlaysPixelForPixel)
+{
+    ASSERT_TRUE(pageAppears());
+    WindowDriver::click(id("stereoButton"));
+    const std::vector<QImage> left = recordedPictures(QStringLiteral("cam0"));
+    const std::vector<QImage> right = recordedPictures(QStringLiteral("cam1"));
+    ASSERT_GT(left.size(), 20U);
+    ASSERT_EQ(left.size(), right.size());
+    QImage last;
+    for (int different = 0; different < 5;) {
+        ASSERT_TRUE(waitFor(
+            [&] { return !held(StereoData::Right).isNull() && held(StereoData::Left) != last; }, minute));
+        last = held(StereoData::Left);
+        ASSERT_TRUE(isOneOf(last, left));
+        ASSERT_TRUE(isOneOf(held(StereoData::Right), right));
+        ++different;
+    }
+}
+
+TEST(Replay, itPlaysAtItsRecordedRate)
+{
+    QQuickItem *label = WindowDriver::byName("infoLabel", id("stereoView"));
+    EXPECT_TRUE(rateReaches(label, 19, 21)) << qPrintable(label->property("text").toString());
+    EXPECT_TRUE(label->property("text").toString().startsWith(QLatin1String("[STEREO]  752x480@")));
+}
+
+TEST(Replay, theScreenShowsARecordedPicture)
+{
+    QQuickItem *view = id("stereoView");
+    QQuickItem *painter = WindowDriver::byName("painter", view);
+    ASSERT_TRUE(painter);
+    view->setProperty("showPoints", false);
+    const QSize size(int(painter->width()), int(painter->height()));
+    std::vector<QImage> expected;
+    for (const QImage &picture : recordedPictures(QStringLiteral("cam0")))
+        expected.push_back(picture.scaled(size, Qt::KeepAspectRatio, Qt::FastTransformation)
+                               .convertToFormat(QImage::Format_RGB32));
+    // The middle of the picture, where no label lies over it.
+    const auto middle = [](const QImage &picture, const QSize &whole) {
+        const QPoint corner((picture.width() - whole.width()) / 2, (picture.height() - whole.height()) / 2);
+        return picture
+            .copy(corner.x() + whole.width() / 4, corner.y() + whole.height() / 4, whole.width() / 2,
+                whole.height() / 2)
+            .convertToFormat(QImage::Format_RGB32);
+    };
+    const QSize whole = expected.front().size();
+    EXPECT_TRUE(waitFor(
+        [&] {
+            const QImage shown = middle(WindowDriver::grab(painter), whole);
+            return std::any_of(expected.begin(), expected.end(),
+                [&](const QImage &picture) { return middle(picture, whole) == shown; });
+        },
+        minute));
+    WindowDriver::picture(QStringLiteral("replay"));
+}
+
+TEST(Replay, nothingUnexpectedIsInTheLog)
+{
+    EXPECT_THAT(unexpectedWarnings(), ::testing::IsEmpty());
+}
