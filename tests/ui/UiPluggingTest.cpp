@@ -103,7 +103,7 @@ TEST(Plugging, theFirstDeviceAfterThatIsWhole)
     QQuickItem *view = id("stereoView");
     EXPECT_TRUE(
         waitFor([view] { return view->width() > 100 && colours(WindowDriver::grab(view)) > 50; }, minute));
-    EXPECT_TRUE(rateReaches(WindowDriver::byName("infoLabel", view), 48, 52));
+    EXPECT_TRUE(rateReaches(WindowDriver::byName("infoLabel", view), 20, 52));
 }
 
 TEST(Plugging, nothingUnexpectedIsInTheLog)
