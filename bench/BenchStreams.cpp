@@ -135,8 +135,8 @@ Job coloursJob(const char *name, int colorMap)
     const auto colors = std::make_shared<SgbmColors>();
     const auto rgb = std::make_shared<std::vector<unsigned char>>(640 * 400 * 3);
     const auto paint = [=] {
-        colors->paint(reinterpret_cast<const unsigned char *>(samples->data()), samples->size(), {0.1, 8.0},
-            colorMap, rgb->data());
+        colors->depthToPixels(reinterpret_cast<const unsigned char *>(samples->data()), samples->size(),
+            {0.1, 8.0}, colorMap, rgb->data());
     };
     const auto bare = [=] {
         cv::Mat grey, colored;

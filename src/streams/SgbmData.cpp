@@ -433,7 +433,7 @@ try {
                                                     : scheme;
     const std::size_t count = frame.width * frame.height;
     const auto buffer = m_buffers.take(3 * count);
-    m_colors.paint(frame.data.get(), count, range(int(frame.width)), colorMap, buffer.get());
+    m_colors.depthToPixels(frame.data.get(), count, range(int(frame.width)), colorMap, buffer.get());
     return buffer;
 } catch (const cv::Exception &) {
     return nullptr;

@@ -130,8 +130,8 @@ std::shared_ptr<const SgbmColors::Table> SgbmColors::table(const DepthRange &ran
     return m_table;
 }
 
-void SgbmColors::paint(const unsigned char *samples, std::size_t count, const DepthRange &range, int colorMap,
-    unsigned char *rgb)
+void SgbmColors::depthToPixels(const unsigned char *samples, std::size_t count, const DepthRange &range,
+    int colorMap, unsigned char *rgb)
 {
     if (count == 0)
         return;

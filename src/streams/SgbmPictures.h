@@ -14,10 +14,10 @@ public:
     /// In place of an OpenCV colour map: from blue near to red far, and black for what is outside.
     static constexpr int plainColors = -1;
 
-    /// 16-bit samples at any address, as packed R, G, B. `colorMap` is the number of an OpenCV colour map,
-    /// for grey levels that saturate at the ends of the range, or
-    /// `plainColors`. Throws `cv::Exception` for a map that OpenCV doesn't know.
-    void paint(const unsigned char *samples, std::size_t count, const DepthRange &range, int colorMap,
+    /// 16-bit samples at any address, as packed R, G, B. `colorMap` is `plainColors` or the number of an
+    /// OpenCV colour map, whose levels saturate at the ends of the range. Throws `cv::Exception` for a map
+    /// that OpenCV doesn't know.
+    void depthToPixels(const unsigned char *samples, std::size_t count, const DepthRange &range, int colorMap,
         unsigned char *rgb);
 
 private:

@@ -628,18 +628,18 @@ TEST(SgbmPictures, wideDisparityIsShiftedIntoAByte)
     EXPECT_FALSE(disparityPicture(cut, 0).empty()) << "eight bits a sample";
 }
 
-TEST(SgbmPictures, paintReadsAndWritesItsPixelsOnly)
+TEST(SgbmPictures, depthToPixelsReadsAndWritesItsPixelsOnly)
 {
     const Samples samples = counting(9, 300);
     Bytes source(2 * 9 + 1), colors(3 * 9 + 8, 0xAA);
     std::memcpy(source.data() + 1, samples.data(), 18); // at an odd address
     SgbmColors painter;
-    painter.paint(source.data() + 1, 9, {0.1, 2.0}, SgbmColors::plainColors, colors.data());
+    painter.depthToPixels(source.data() + 1, 9, {0.1, 2.0}, SgbmColors::plainColors, colors.data());
     const Bytes expected = plainColours(samples, 0.1, 2.0);
     EXPECT_TRUE(std::equal(expected.begin(), expected.end(), colors.begin()));
     for (std::size_t i = 27; i < colors.size(); ++i)
         EXPECT_EQ(colors[i], 0xAA);
-    painter.paint(nullptr, 0, {0.1, 2.0}, SgbmColors::plainColors, nullptr);
+    painter.depthToPixels(nullptr, 0, {0.1, 2.0}, SgbmColors::plainColors, nullptr);
 }
 
 TEST_F(Sgbm, aPictureThatSomebodyHoldsIsNotOverwritten)
