@@ -283,6 +283,13 @@ Item {
         contentItem: ColumnLayout {
             spacing: 0
 
+            // A popup that closes on Escape keeps the window's shortcuts to itself.
+            Shortcut {
+                sequence: "Ctrl+Q"
+                enabled: menuAutoCloseCheckbox.checked && view.SwipeView.isCurrentItem
+                onActivated: Qt.quit()
+            }
+
             Flickable {
                 id: flickable
                 objectName: "flickable"

@@ -23,7 +23,7 @@ std::optional<Report> parse(const QString &digits)
     }
     for (int begin = 0; begin < digits.size(); begin += DigitsPerByte) {
         bool ok = false;
-        const int value = digits.mid(begin, DigitsPerByte).toInt(&ok, 16);
+        const int value = digits.midRef(begin, DigitsPerByte).toInt(&ok, 16);
         if (!ok) {
             qDebug() << "Parsing failed, Please send command correctly!";
             return std::nullopt;

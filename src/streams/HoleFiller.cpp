@@ -1,5 +1,7 @@
 #include "streams/HoleFiller.h"
 
+#include "streams/Truncate.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
@@ -13,8 +15,6 @@ using Key = std::int16_t;
 
 constexpr Key noKey = std::numeric_limits<Key>::max();
 constexpr int keyLanes = cv::v_int16x8::nlanes;
-/// Rows of a window up to this long are copied in one piece.
-constexpr int shortRow = 2 * keyLanes;
 /// More keys than that overflow a lane's count.
 constexpr int mostCounted = keyLanes * std::numeric_limits<Key>::max();
 
@@ -24,7 +24,7 @@ constexpr int mostCounted = keyLanes * std::numeric_limits<Key>::max();
 class KeyPlane {
 public:
     KeyPlane(const unsigned short *samples, int width, int height, const HoleLimits &limits, int radius)
-        : m_stride(width + 1 + 2 * radius + shortRow)
+        : m_stride(width + 1 + 2 * radius)
         , m_turned(!limits.isHole(0xFFFF))
         , m_keys(std::size_t(m_stride) * std::size_t(height + 1 + 2 * radius), noKey)
     {
@@ -59,27 +59,29 @@ private:
     std::vector<Key> m_keys;
 };
 
-/// The keys of one window, packed, and filled up with `noKey`.
+/// The keys of one window, packed into vectors: first those that fill whole ones, row by row, then the rest
+/// of each row in pairs, filled up with `noKey`. The side is an even number.
 class Window {
 public:
     explicit Window(int side)
         : m_side(side)
+        , m_wholeLanes(side / keyLanes * keyLanes)
         , m_count((side * side + keyLanes - 1) / keyLanes * keyLanes)
-        , m_keys(std::size_t(m_count + shortRow))
+        , m_keys(std::size_t(m_count), noKey)
     {
     }
 
     void gather(const KeyPlane &plane, int x, int y)
     {
         const Key *from = plane.window(x, y);
-        Key *to = m_keys.data();
-        for (int row = 0; row < m_side; ++row, from += plane.stride(), to += m_side) {
-            if (m_side <= shortRow)
-                std::memcpy(to, from, shortRow * sizeof(Key));
-            else
-                std::memcpy(to, from, std::size_t(m_side) * sizeof(Key));
+        Key *whole = m_keys.data(), *rest = whole + m_side * m_wholeLanes;
+        for (int row = 0; row < m_side; ++row, from += plane.stride()) {
+            int column = 0;
+            for (; column < m_wholeLanes; column += keyLanes, whole += keyLanes)
+                cv::v_store(whole, cv::v_load(from + column));
+            for (; column < m_side; column += 2, rest += 2)
+                std::memcpy(rest, from + column, 2 * sizeof(Key));
         }
-        std::fill_n(to, m_keys.data() + m_keys.size() - to, noKey);
     }
 
     /// Number, lowest and highest of the keys that are one.
@@ -101,46 +103,36 @@ public:
             lowest = cv::v_min(lowest, keys);
             highest = cv::v_max(highest, cv::v_select(isNone, least, keys));
         }
-        return {m_count - sum(missing), least16(lowest), most16(highest)};
+        return {m_count - sum(missing), cv::v_reduce_min(lowest), cv::v_reduce_max(highest)};
     }
 
-    /// The key that has `rank` keys before it, found by halving the range between the two ends.
-    Key select(int rank, Key lowest, Key highest) const
+    /// The key that has `rank` keys before it, found by halving the range between the two ends. `guess` is
+    /// where to begin: neighbours look alike.
+    Key select(int rank, Key lowest, Key highest, Key guess) const
     {
-        int low = lowest, high = highest;
+        int low = lowest, high = highest, step = firstStep;
+        int probe = std::clamp<int>(guess, low, high);
         while (low < high) {
-            const int middle = (low + high) >> 1;
-            if (countUpTo(Key(middle)) > rank)
-                high = middle;
+            const bool isUp = countUpTo(Key(probe)) <= rank;
+            if (isUp)
+                low = probe + 1;
             else
-                low = middle + 1;
+                high = probe;
+            // Away from the guess in growing steps, until these are no better than halving.
+            const int middle = (low + high) >> 1;
+            probe = isUp ? std::min(low + step, middle) : std::max(high - step, middle);
+            step = std::min(4 * step, widestStep);
         }
         return Key(low);
     }
 
 private:
+    static constexpr int firstStep = 16;
+    static constexpr int widestStep = 65536;
+
     static int sum(const cv::v_int16x8 &lanes)
     {
-        Key values[keyLanes];
-        cv::v_store(values, lanes);
-        int total = 0;
-        for (const Key value : values)
-            total += value;
-        return total;
-    }
-
-    static Key least16(const cv::v_int16x8 &lanes)
-    {
-        Key values[keyLanes];
-        cv::v_store(values, lanes);
-        return *std::min_element(values, values + keyLanes);
-    }
-
-    static Key most16(const cv::v_int16x8 &lanes)
-    {
-        Key values[keyLanes];
-        cv::v_store(values, lanes);
-        return *std::max_element(values, values + keyLanes);
+        return cv::v_reduce_sum(cv::v_dotprod(lanes, cv::v_setall_s16(1)));
     }
 
     int countUpTo(Key limit) const
@@ -153,6 +145,7 @@ private:
     }
 
     int m_side;
+    int m_wholeLanes;
     int m_count;
     std::vector<Key> m_keys;
 };
@@ -162,7 +155,7 @@ cv::Mat holesToFill(
     const unsigned short *samples, int width, int height, const HoleLimits &limits, float size)
 {
     cv::Mat valid(height, width, CV_8UC1);
-    for (std::size_t i = 0; i < valid.total(); ++i)
+    for (std::size_t i = 0, count = valid.total(); i < count; ++i)
         valid.data[i] = limits.isHole(samples[i]) ? 0 : 0xFF;
     const int side = 2 * int((size + 1) * 0.5F) + 1;
     const cv::Mat kernel =
@@ -178,7 +171,7 @@ cv::Mat holesToFill(
 
 qv::SgbmImage HoleFiller::fillHoles(const qv::SgbmImage &frame, const HoleLimits &limits, float size)
 {
-    const int radius = int(size);
+    const int radius = truncated(size);
     if (radius <= 0)
         return frame;
     // Before the ellipse is made, which would take as much memory as the window has pixels.
@@ -193,6 +186,7 @@ qv::SgbmImage HoleFiller::fillHoles(const qv::SgbmImage &frame, const HoleLimits
     const cv::Mat holes = holesToFill(samples, width, height, limits, size);
     const KeyPlane plane(samples, width, height, limits, radius);
     Window window{int(side)};
+    Key median = 0;
     for (int y = 0; y < height; ++y) {
         const unsigned char *hole = holes.ptr(y);
         for (int x = 0; x < width; ++x) {
@@ -203,7 +197,8 @@ qv::SgbmImage HoleFiller::fillHoles(const qv::SgbmImage &frame, const HoleLimits
             if (keys.count == 0)
                 continue;
             const int rank = plane.isTurned() ? keys.count - 1 - keys.count / 2 : keys.count / 2;
-            samples[y * width + x] = plane.sample(window.select(rank, keys.lowest, keys.highest));
+            median = window.select(rank, keys.lowest, keys.highest, median);
+            samples[y * width + x] = plane.sample(median);
         }
     }
     qv::SgbmImage filled = frame;

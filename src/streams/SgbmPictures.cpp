@@ -48,13 +48,6 @@ void depthHue(unsigned short sample, double near, double far, unsigned char *rgb
     rgb[2] = jet(place);
 }
 
-std::vector<unsigned short> allSamples()
-{
-    std::vector<unsigned short> samples(sampleValues);
-    std::iota(samples.begin(), samples.end(), static_cast<unsigned short>(0));
-    return samples;
-}
-
 cv::Mat inJet(const cv::Mat &levels)
 {
     cv::Mat colored;
@@ -90,18 +83,6 @@ cv::Mat narrowDisparity(const qv::SgbmImage &frame)
 
 } // namespace
 
-void depthToPixels(const unsigned short *samples, int width, int height, double near, double far, bool colour,
-    unsigned char *pixels)
-{
-    const std::size_t count = std::size_t(width) * std::size_t(height);
-    for (std::size_t i = 0; i < count; ++i) {
-        if (colour)
-            depthHue(samples[i], near, far, pixels + 3 * i);
-        else
-            pixels[i] = depthLevel(samples[i], near, far);
-    }
-}
-
 /// What each sample looks like, with a fourth byte for whole words.
 struct SgbmColors::Table {
     using Color = std::array<unsigned char, 4>;
@@ -111,19 +92,29 @@ struct SgbmColors::Table {
         , colorMap(tableColorMap)
         , colors(sampleValues)
     {
-        const std::vector<unsigned short> samples = allSamples();
-        std::vector<unsigned char> rgb(3 * samples.size());
-        if (colorMap == plainColors) {
-            depthToPixels(samples.data(), sampleValues, 1, range.near, range.far, true, rgb.data());
-        } else {
-            cv::Mat levels(1, sampleValues, CV_8UC1), mapped(1, sampleValues, CV_8UC3, rgb.data());
-            depthToPixels(samples.data(), sampleValues, 1, range.near, range.far, false, levels.data);
-            cv::Mat bgr;
-            cv::applyColorMap(levels, bgr, colorMap);
-            cv::cvtColor(bgr, mapped, cv::COLOR_BGR2RGB);
+        if (colorMap == plainColors)
+            setHues();
+        else
+            setLevels();
+    }
+
+    void setHues()
+    {
+        for (int sample = 0; sample < sampleValues; ++sample)
+            depthHue(static_cast<unsigned short>(sample), range.near, range.far,
+                colors[std::size_t(sample)].data());
+    }
+
+    void setLevels()
+    {
+        cv::Mat levels(1, 256, CV_8UC1), bgr;
+        std::iota(levels.data, levels.data + 256, static_cast<unsigned char>(0));
+        cv::applyColorMap(levels, bgr, colorMap);
+        for (int sample = 0; sample < sampleValues; ++sample) {
+            const int level = depthLevel(static_cast<unsigned short>(sample), range.near, range.far);
+            const auto &color = bgr.at<cv::Vec3b>(level);
+            colors[std::size_t(sample)] = {color[2], color[1], color[0], 0};
         }
-        for (std::size_t i = 0; i < colors.size(); ++i)
-            colors[i] = {rgb[3 * i], rgb[3 * i + 1], rgb[3 * i + 2], 0};
     }
 
     DepthRange range;

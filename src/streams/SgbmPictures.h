@@ -7,19 +7,15 @@
 #include <memory>
 #include <mutex>
 
-/// Millimetres as pixels between `near` and `far`: in grey, one byte a sample, saturating; in colour, three
-/// bytes R, G, B, from blue near to red far and black for what is outside.
-void depthToPixels(const unsigned short *samples, int width, int height, double near, double far, bool colour,
-    unsigned char *pixels);
-
 /// Paints depth in millimetres, through a table of what each of the 65536 samples looks like. The table is
 /// made anew only when the look changes. Thread-safe.
 class SgbmColors {
 public:
-    /// The plain colours of `depthToPixels`, in place of an OpenCV colour map.
+    /// In place of an OpenCV colour map: from blue near to red far, and black for what is outside.
     static constexpr int plainColors = -1;
 
-    /// 16-bit samples at any address, as packed R, G, B. `colorMap` is the number of an OpenCV colour map or
+    /// 16-bit samples at any address, as packed R, G, B. `colorMap` is the number of an OpenCV colour map,
+    /// for grey levels that saturate at the ends of the range, or
     /// `plainColors`. Throws `cv::Exception` for a map that OpenCV doesn't know.
     void paint(const unsigned char *samples, std::size_t count, const DepthRange &range, int colorMap,
         unsigned char *rgb);

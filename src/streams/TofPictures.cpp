@@ -47,11 +47,15 @@ const ColorTable irColorTable = makeIrColorTable();
 
 void millimetresToMetres(const unsigned char *millimetres, std::size_t count, float *metres)
 {
-    // Both numbers are exact in a float, so its quotient is the double's, rounded.
+    // A quotient costs several products. The divisor's inverse in two parts, of which the first times a
+    // sample is exact, gives the same float as the quotient in double precision for each of the 65536
+    // samples.
+    constexpr float coarse = 131.0F / 131072;
+    constexpr float fine = float(0.001 - double(coarse));
     for (std::size_t i = 0; i < count; ++i) {
         std::int16_t value;
         std::memcpy(&value, millimetres + i * sizeof(value), sizeof(value));
-        metres[i] = float(value) / 1000.0F;
+        metres[i] = float(value) * coarse + float(value) * fine;
     }
 }
 

@@ -16,6 +16,7 @@ QProcessEnvironment environment(const QTemporaryDir &home)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    environment.insert(QStringLiteral("QT_QUICK_BACKEND"), QStringLiteral("software"));
     environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), home.path());
     environment.insert(QStringLiteral("QVSIM_CONFIG"), home.filePath(QStringLiteral("devices.json")));
     return environment;

@@ -5,21 +5,23 @@
 
 namespace {
 
+/// The loop without its thread, so that a test runs it in its own.
+class Loop : public WorkThread {
+public:
+    using WorkThread::run;
+};
+
 /// Runs the loop until it has asked `questions` times, and answers what it posted.
 std::vector<fake::Devices> answersOf(int questions)
 {
     std::vector<fake::Devices> answers;
-    WorkThread thread;
-    QObject::connect(
-        &thread, &WorkThread::resultReady, &thread,
-        [&](const fake::Devices &devices) {
-            answers.push_back(devices);
-            if (static_cast<int>(answers.size()) == questions)
-                thread.end();
-        },
-        Qt::DirectConnection);
-    thread.start();
-    thread.wait();
+    Loop loop;
+    QObject::connect(&loop, &WorkThread::resultReady, [&](const fake::Devices &devices) {
+        answers.push_back(devices);
+        if (static_cast<int>(answers.size()) == questions)
+            loop.end();
+    });
+    loop.run();
     return answers;
 }
 
@@ -59,13 +61,12 @@ TEST(WorkThread, keepsNoDeviceBetweenItsQuestions)
     EXPECT_EQ(device.use_count(), 1);
 }
 
-TEST(WorkThread, hasNoParentAndRunsFromTheStart)
+TEST(WorkThread, hasNoParentAndAsksNothingOnceEnded)
 {
-    WorkThread thread;
-    EXPECT_EQ(thread.parent(), nullptr);
-    thread.end();
     fake::library().reset();
-    thread.start();
-    thread.wait();
+    Loop loop;
+    EXPECT_EQ(loop.parent(), nullptr);
+    loop.end();
+    loop.run();
     EXPECT_THAT(fake::library().getDevicesCalls(), testing::IsEmpty());
 }

@@ -77,4 +77,26 @@ inline bool pageAppears(int page = 0)
     return waitFor([page] { return WindowDriver::page(page) != nullptr; }, minute);
 }
 
+/// Opens or closes the drawer by the menu button, if it isn't so already: a click outside has closed it
+/// perhaps.
+inline void setDrawer(bool open, int page = 0)
+{
+    QObject *drawer = WindowDriver::byId(WindowDriver::page(page), "drawer");
+    if (drawer->property("visible").toBool() != open)
+        WindowDriver::click(WindowDriver::byName("menuButton"));
+    waitFor(
+        [=] {
+            return drawer->property("visible").toBool() == open
+                && drawer->property("opened").toBool() == open;
+        },
+        minute);
+}
+
+/// A click on a stream's switch in the drawer.
+inline void clickSwitch(const char *name, int page = 0)
+{
+    setDrawer(true, page);
+    WindowDriver::click(id(name, page));
+}
+
 } // namespace ui

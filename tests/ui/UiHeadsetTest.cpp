@@ -40,7 +40,7 @@ TEST(Headset, stereoSwitchPutsLivePicturesOnTheScreen)
     QQuickItem *button = id("stereoButton");
     ASSERT_TRUE(button);
     ASSERT_TRUE(button->isEnabled());
-    WindowDriver::click(button);
+    clickSwitch("stereoButton");
     ASSERT_TRUE(button->property("checked").toBool());
 
     QQuickItem *view = id("stereoView");
@@ -102,6 +102,7 @@ TEST(Headset, everyFrameIsCounted)
 
 TEST(Headset, drawerGivesItsRoomToTheViews)
 {
+    setDrawer(true);
     QQuickItem *view = id("stereoView");
     const qreal before = view->width();
     WindowDriver::click(WindowDriver::byName("menuButton"));
@@ -111,9 +112,23 @@ TEST(Headset, drawerGivesItsRoomToTheViews)
     EXPECT_TRUE(waitFor([&] { return qAbs(view->width() - before) < 1; }, minute));
 }
 
+TEST(Headset, aClickOutsideClosesTheDrawerOnlyWithAutoClose)
+{
+    setDrawer(true);
+    QObject *drawer = WindowDriver::byId(WindowDriver::page(), "drawer");
+    QObject *autoClose = WindowDriver::byId(WindowDriver::page(), "menuAutoCloseCheckbox");
+    QQuickItem *view = id("stereoView");
+    autoClose->setProperty("checked", false);
+    WindowDriver::click(view, QPointF(view->width() / 2, view->height() / 2));
+    EXPECT_TRUE(drawer->property("visible").toBool());
+    autoClose->setProperty("checked", true);
+    WindowDriver::click(view, QPointF(view->width() / 2, view->height() / 2));
+    EXPECT_TRUE(waitFor([drawer] { return !drawer->property("visible").toBool(); }, minute));
+}
+
 TEST(Headset, stereoSwitchStopsTheStream)
 {
-    WindowDriver::click(id("stereoButton"));
+    clickSwitch("stereoButton");
     EXPECT_FALSE(id("stereoButton")->property("checked").toBool());
     EXPECT_TRUE(waitFor([] { return id("stereoView")->width() == 0; }, minute));
 }

