@@ -95,6 +95,7 @@ void pose(benchmark::State &state)
     SlamData data(slam, nullptr);
     data.control(true);
     std::vector<qv::Pose> poses;
+    poses.reserve(1000);
     for (int i = 0; i < 1000; ++i)
         poses.push_back(poseAt(0.001 * i));
     std::size_t next = 0;

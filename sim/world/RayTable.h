@@ -78,7 +78,8 @@ private:
     void addCorners(const cv::Rect &pixels, Bundle &bundle) const;
     const cv::Vec3f &ray(int x, int y) const
     {
-        return m_pixels[static_cast<std::size_t>(y * m_size.width + x)];
+        return m_pixels[static_cast<std::size_t>(y) * static_cast<std::size_t>(m_size.width)
+            + static_cast<std::size_t>(x)];
     }
 
     cv::Size m_size;
