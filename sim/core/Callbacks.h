@@ -91,7 +91,7 @@ private:
         const auto found = std::find_if(m_entries->begin(), m_entries->end(), has);
         if (found == m_entries->end())
             return nullptr;
-        const std::shared_ptr<Entry> entry = *found;
+        std::shared_ptr<Entry> entry = *found;
         auto entries = std::make_shared<Entries>(*m_entries);
         entries->erase(entries->begin() + (found - m_entries->begin()));
         m_entries = std::move(entries);

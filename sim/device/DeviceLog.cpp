@@ -28,7 +28,7 @@ std::string DeviceLog::take(std::size_t size)
     // A reader takes a piece of one character for none.
     if (m_text.size() == size + 1)
         --size;
-    const std::string piece = m_text.substr(0, size);
+    std::string piece = m_text.substr(0, size);
     m_text.erase(0, size);
     return piece;
 }
