@@ -111,8 +111,9 @@ bool Library::savePcd(PcdSave save)
 
 Library &library()
 {
-    static Library instance;
-    return instance;
+    // Never destroyed: a thread that asks for devices may outlast the destruction of what is static.
+    static auto *const instance = new Library;
+    return *instance;
 }
 
 } // namespace fake
