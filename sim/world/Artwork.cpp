@@ -310,8 +310,8 @@ void Artwork::noticeboard()
     const cv::Scalar papers[] = {
         {246, 244, 236}, {250, 232, 140}, {176, 220, 236}, {244, 184, 190}, {200, 232, 176}};
     for (int i = 0; i < 15; ++i) {
-        const cv::Point corner =
-            at(0.03 + 0.19 * (i % 5) + 0.02 * unit(), 0.06 + 0.31 * (i / 5) + 0.03 * unit());
+        const int row = i / 5;
+        const cv::Point corner = at(0.03 + 0.19 * (i % 5) + 0.02 * unit(), 0.06 + 0.31 * row + 0.03 * unit());
         const cv::Rect note(corner,
             cv::Size(static_cast<int>(m_image.cols * (0.11 + 0.05 * unit())),
                 static_cast<int>(m_image.rows * (0.17 + 0.09 * unit()))));
