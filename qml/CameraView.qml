@@ -283,10 +283,11 @@ Item {
         contentItem: ColumnLayout {
             spacing: 0
 
-            // A popup that closes on Escape keeps the window's shortcuts to itself.
+            // A popup that closes on Escape keeps the shortcuts of all that lies below it to itself: of several drawers
+            // the top one answers.
             Shortcut {
                 sequence: "Ctrl+Q"
-                enabled: menuAutoCloseCheckbox.checked && view.SwipeView.isCurrentItem
+                enabled: menuAutoCloseCheckbox.checked
                 onActivated: Qt.quit()
             }
 

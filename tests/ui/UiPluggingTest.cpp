@@ -111,8 +111,11 @@ TEST(Plugging, nothingUnexpectedIsInTheLog)
     EXPECT_THAT(unexpectedWarnings(), ::testing::IsEmpty());
 }
 
-TEST(Plugging, ctrlQEndsTheProgram)
+TEST(Plugging, ctrlQEndsTheProgramAlsoWithSeveralDrawersOpen)
 {
+    plug(R"({"profile": "headset", "uuid": "A"}, {"profile": "imu-only", "uuid": "B"})");
+    ASSERT_TRUE(pageAppears(1));
+    setDrawer(true);
     QSignalSpy quit(qmlEngine(WindowDriver::page()), &QQmlEngine::quit);
     WindowDriver::key(Qt::Key_Q, Qt::ControlModifier);
     EXPECT_TRUE(waitFor([&] { return quit.count() == 1; }, minute));
