@@ -13,7 +13,7 @@ namespace sim {
 
 namespace {
 
-constexpr double never = std::numeric_limits<double>::infinity();
+constexpr double forever = std::numeric_limits<double>::infinity();
 constexpr double longestWait = 1; // seconds
 constexpr double pollInterval = 0.05; // seconds
 /// Other hardware under the same uuid stays away so long that whoever looks once a second misses the old one.
@@ -72,7 +72,7 @@ bool DeviceRegistry::update(Unplugged &unplugged)
         if (slot.device && slot.device->state().vanishes(now)) {
             const double returnAfter = slot.config.faults.returnAfter;
             unplug(slot, unplugged);
-            slot.plugAt = returnAfter >= 0 ? now + returnAfter : never;
+            slot.plugAt = returnAfter >= 0 ? now + returnAfter : forever;
         }
         if (!slot.device && now >= slot.plugAt)
             plug(slot);
@@ -129,7 +129,7 @@ void DeviceRegistry::unplug(Slot &slot, Unplugged &unplugged)
 void DeviceRegistry::plug(Slot &slot)
 {
     slot.device = makeDevice(slot.config);
-    slot.plugAt = never;
+    slot.plugAt = forever;
     if (slot.device)
         ++m_generation;
 }

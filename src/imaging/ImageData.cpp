@@ -1,10 +1,9 @@
 #include "imaging/ImageData.h"
 
 #include "imaging/MutexLock.h"
+#include "imaging/Relaxed.h"
 
 namespace {
-
-constexpr auto relaxed = std::memory_order_relaxed;
 
 /// Equal buffers don't mean equal frames: a producer may fill the same memory again.
 quint64 nextNumber()

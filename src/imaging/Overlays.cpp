@@ -18,7 +18,7 @@ const std::array<std::pair<int, int>, 17> limbPairs{{{1, 2}, {1, 5}, {2, 3}, {3,
 namespace {
 
 constexpr double jointRadius = 4.0;
-const QPointF missing{-1, -1};
+const QPointF hiddenJoint{-1, -1};
 
 using Joints = std::array<QPointF, 18>;
 
@@ -86,7 +86,7 @@ void drawBox(QPainter &painter, const QJsonObject &object, const FramePlace &pla
 void drawJoints(QPainter &painter, const Joints &joints, const FramePlace &place)
 {
     for (std::size_t i = 0; i < joints.size(); ++i) {
-        if (joints[i] == missing)
+        if (joints[i] == hiddenJoint)
             continue;
         const auto x = static_cast<float>(place.shownX(static_cast<float>(joints[i].x())));
         const auto y = static_cast<float>(place.shownY(static_cast<float>(joints[i].y())));
@@ -119,7 +119,7 @@ void drawLimbs(QPainter &painter, const Joints &joints, const FramePlace &place)
     for (const auto &[from, to] : limbPairs) {
         const QPointF &a = joints[static_cast<std::size_t>(from)];
         const QPointF &b = joints[static_cast<std::size_t>(to)];
-        if (a == missing || b == missing)
+        if (a == hiddenJoint || b == hiddenJoint)
             continue;
         painter.setBrush(keypointColors[static_cast<std::size_t>(to)]);
         drawLimb(painter, a, b, place);

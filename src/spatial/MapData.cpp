@@ -1,6 +1,7 @@
 #include "spatial/MapData.h"
 
 #include "imaging/MutexLock.h"
+#include "imaging/Relaxed.h"
 
 #include <cstdlib>
 #include <cstring>
@@ -9,7 +10,6 @@
 
 namespace {
 
-constexpr auto relaxed = std::memory_order_relaxed;
 constexpr int floatsPerPoint = 3;
 constexpr int bytesPerPoint = floatsPerPoint * int(sizeof(float));
 

@@ -2,6 +2,7 @@
 
 #include "device/DeviceAccess.h"
 #include "imaging/MutexLock.h"
+#include "imaging/Relaxed.h"
 #include "spatial/Exactly.h"
 
 #include <QDebug>
@@ -13,7 +14,6 @@
 
 namespace {
 
-constexpr auto relaxed = std::memory_order_relaxed;
 constexpr double mostPosesPerSecond = 600.0;
 constexpr double smallestStep = 0.02;
 constexpr int progressStride = 100;

@@ -1,16 +1,12 @@
 #include "streams/AbstractData.h"
 
+#include "imaging/Relaxed.h"
+#include "streams/Timing.h"
+
 #include <QDebug>
 #include <QFile>
 #include <QTimer>
 #include <utility>
-
-namespace {
-
-constexpr auto relaxed = std::memory_order_relaxed;
-constexpr int rateIntervalMs = 1000;
-
-} // namespace
 
 AbstractData::AbstractData(QObject *parent)
     : QObject(parent)

@@ -1,13 +1,9 @@
 #include "streams/AbstractImageData.h"
 
+#include "imaging/Relaxed.h"
+
 #include <QDebug>
 #include <opencv2/videoio.hpp>
-
-namespace {
-
-constexpr auto relaxed = std::memory_order_relaxed;
-
-} // namespace
 
 AbstractImageData::AbstractImageData(bool isColor, QObject *parent)
     : AbstractData(parent)

@@ -2,7 +2,7 @@
 
 namespace {
 
-constexpr int videoFrameRate = 100;
+constexpr int fisheyeVideoRate = 100;
 
 bool holdsPicture(const ImageData::Frame &frame)
 {
@@ -15,7 +15,7 @@ bool holdsPicture(const ImageData::Frame &frame)
 FisheyeData::FisheyeData(QObject *parent)
     : AbstractImageData(false, parent)
 {
-    setRecordFrameRate(videoFrameRate);
+    setRecordFrameRate(fisheyeVideoRate);
 }
 
 FisheyeData::~FisheyeData() = default;

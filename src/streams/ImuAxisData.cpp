@@ -1,10 +1,6 @@
 #include "streams/ImuAxisData.h"
 
-namespace {
-
-constexpr auto relaxed = std::memory_order_relaxed;
-
-} // namespace
+#include "imaging/Relaxed.h"
 
 ImuAxisData::ImuAxisData(QObject *parent)
     : QObject(parent)

@@ -1,7 +1,9 @@
 #include "streams/RgbData.h"
 
+#include "imaging/Relaxed.h"
 #include "streams/CalibrationJson.h"
 #include "streams/FrameSize.h"
+#include "streams/Timing.h"
 #include "streams/YuvToRgb.h"
 
 #include <QDebug>
@@ -14,13 +16,11 @@
 
 namespace {
 
-constexpr auto relaxed = std::memory_order_relaxed;
-constexpr int videoFrameRate = 30;
+constexpr int rgbVideoRate = 30;
 constexpr int secondCamera = 1;
 constexpr int lastResolution = 4;
-constexpr unsigned long settleMs = 100;
 
-enum Running { Started = 2, Stopped = 3 };
+enum RgbRunning { RgbStarted = 2, RgbStopped = 3 };
 
 std::optional<ImageData::Type> typeOf(int codec)
 {
@@ -65,7 +65,7 @@ RgbData::RgbData(std::shared_ptr<qv::ColorCamera> colorCamera, QObject *parent)
 {
     if (!m_colorCamera)
         throw std::runtime_error("Invalid ColorCamera");
-    setRecordFrameRate(videoFrameRate);
+    setRecordFrameRate(rgbVideoRate);
 }
 
 RgbData::~RgbData()
@@ -287,7 +287,7 @@ void RgbData::controlFirst(bool enable)
     m_isEnable = true;
     emit isEnableChanged(true);
     m_running = enable;
-    emit rgbRunning(enable ? Started : Stopped);
+    emit rgbRunning(enable ? RgbStarted : RgbStopped);
 }
 
 void RgbData::controlSecond(bool enable)
@@ -304,7 +304,7 @@ void RgbData::controlSecond(bool enable)
     QThread::msleep(settleMs);
     setIsEnable2(true);
     m_running2 = enable;
-    emit rgbRunning(enable ? Started : Stopped);
+    emit rgbRunning(enable ? RgbStarted : RgbStopped);
 }
 
 void RgbData::takeFrame(const qv::ColorImage &frame)

@@ -1,6 +1,8 @@
 #include "streams/SgbmData.h"
 
+#include "imaging/Relaxed.h"
 #include "streams/FrameSize.h"
+#include "streams/Timing.h"
 #include "streams/Truncate.h"
 
 #include <QDebug>
@@ -14,9 +16,6 @@
 
 namespace {
 
-constexpr auto relaxed = std::memory_order_relaxed;
-constexpr unsigned long settleMs = 100;
-constexpr int rateIntervalMs = 1000;
 constexpr unsigned int zeroDepthInterval = 30;
 constexpr double pi = 3.14159265358979323846;
 // Of the range that a stereo pair can see: not those of the settings.

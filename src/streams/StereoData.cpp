@@ -1,8 +1,10 @@
 #include "streams/StereoData.h"
 
 #include "device/DeviceAccess.h"
+#include "imaging/Relaxed.h"
 #include "streams/CalibrationJson.h"
 #include "streams/FrameSize.h"
+#include "streams/Timing.h"
 #include "streams/Truncate.h"
 
 #include <QDebug>
@@ -13,9 +15,7 @@
 
 namespace {
 
-constexpr auto relaxed = std::memory_order_relaxed;
 constexpr int cameraCount = 4;
-constexpr int rateIntervalMs = 1000;
 constexpr int initialUvcMode = 2;
 
 template <class Descriptor>

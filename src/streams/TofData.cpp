@@ -1,8 +1,10 @@
 #include "streams/TofData.h"
 
 #include "device/qv/Library.h"
+#include "imaging/Relaxed.h"
 #include "streams/CalibrationJson.h"
 #include "streams/FrameSize.h"
+#include "streams/Timing.h"
 #include "streams/TofPictures.h"
 #include "streams/Truncate.h"
 
@@ -14,14 +16,12 @@
 
 namespace {
 
-constexpr auto relaxed = std::memory_order_relaxed;
-constexpr int videoFrameRate = 15;
-constexpr unsigned long settleMs = 100;
+constexpr int tofVideoRate = 15;
 constexpr unsigned long workModeMs = 500;
 constexpr int pcdPrecision = 8;
 
 enum FrameType { Millimetres = 0, Metres = 1, Infrared = 2 };
-enum Running { Started = 0, Stopped = 1 };
+enum TofRunning { TofStarted = 0, TofStopped = 1 };
 
 /// The sensor's work modes, by mode and frequency.
 constexpr int workModes[3][2] = {{1, 0}, {3, 2}, {5, 4}};
@@ -37,7 +37,7 @@ TofData::TofData(std::shared_ptr<qv::TofCamera> tof, QObject *parent)
     , m_tof(std::move(tof))
     , m_image(new ImageData(this))
 {
-    setRecordFrameRate(videoFrameRate);
+    setRecordFrameRate(tofVideoRate);
     m_image->setType(ImageData::Float);
     if (!m_tof)
         throw std::runtime_error("Invalid TofCamera");
@@ -370,7 +370,7 @@ void TofData::settle(bool running)
     QThread::msleep(settleMs);
     m_running.store(running, relaxed);
     m_isEnable = true;
-    emit tofRunning(running ? Started : Stopped);
+    emit tofRunning(running ? TofStarted : TofStopped);
 }
 
 void TofData::updateWorkMode()
