@@ -19,12 +19,14 @@ void fit(const cv::Mat &from, cv::Mat &to, cv::Size size)
         cv::resize(from, to, size, 0, 0, smaller ? cv::INTER_AREA : cv::INTER_LINEAR);
 }
 
-void splitRow(const unsigned char *rgb, int count, unsigned char *y, unsigned char *u, unsigned char *v)
+/// From planes, not from pixels: so the compiler makes vectors of it.
+void convertRow(const unsigned char *red, const unsigned char *green, const unsigned char *blue, int count,
+    unsigned char *__restrict y, unsigned char *__restrict u, unsigned char *__restrict v)
 {
     for (int x = 0; x < count; ++x) {
-        const int r = rgb[3 * x];
-        const int g = rgb[3 * x + 1];
-        const int b = rgb[3 * x + 2];
+        const int r = red[x];
+        const int g = green[x];
+        const int b = blue[x];
         y[x] = static_cast<unsigned char>((66 * r + 129 * g + 25 * b + 4224) >> 8);
         u[x] = static_cast<unsigned char>((-38 * r - 74 * g + 112 * b + 32896) >> 8);
         v[x] = static_cast<unsigned char>((112 * r - 94 * g - 18 * b + 32896) >> 8);
@@ -76,11 +78,13 @@ void ColorEncoder::encode(const cv::Mat &rgb, cv::Size size, qv::ColorImage &rec
 
 void ColorEncoder::split(const cv::Mat &rgb)
 {
+    cv::split(rgb, m_planes);
     m_y.create(rgb.size(), CV_8UC1);
     m_u.create(rgb.size(), CV_8UC1);
     m_v.create(rgb.size(), CV_8UC1);
     for (int row = 0; row < rgb.rows; ++row)
-        splitRow(rgb.ptr(row), rgb.cols, m_y.ptr(row), m_u.ptr(row), m_v.ptr(row));
+        convertRow(m_planes[0].ptr(row), m_planes[1].ptr(row), m_planes[2].ptr(row), rgb.cols, m_y.ptr(row),
+            m_u.ptr(row), m_v.ptr(row));
 }
 
 void ColorEncoder::encodeYuyv(cv::Size size, unsigned char *to)
@@ -110,7 +114,9 @@ void ColorEncoder::encodeJpeg(const cv::Mat &rgb, cv::Size size, qv::ColorImage 
     cv::cvtColor(rgb, m_bgr, cv::COLOR_RGB2BGR);
     fit(m_bgr, m_fullY, size);
     cv::imencode(".jpg", m_fullY, m_jpeg, {cv::IMWRITE_JPEG_QUALITY, jpegQuality});
-    const std::shared_ptr<unsigned char> buffer = m_pool.take(m_jpeg.size());
+    // No two are of one size, so that a pool would keep none.
+    const std::shared_ptr<unsigned char> buffer(
+        new unsigned char[m_jpeg.size()], std::default_delete<unsigned char[]>());
     std::copy(m_jpeg.begin(), m_jpeg.end(), buffer.get());
     record.data = buffer;
     record.dataSize = static_cast<unsigned int>(m_jpeg.size());

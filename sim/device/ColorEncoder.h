@@ -25,6 +25,7 @@ private:
 
     const ColorCodec m_codec;
     BufferPool m_pool;
+    cv::Mat m_planes[3];
     cv::Mat m_y;
     cv::Mat m_u;
     cv::Mat m_v;
