@@ -5,6 +5,8 @@
 #include "replay/PictureReader.h"
 #include "replay/ReplayFisheye.h"
 #include "replay/ReplayImu.h"
+#include "replay/RgbdRecording.h"
+#include "replay/RgbdReplay.h"
 
 namespace sim {
 
@@ -49,6 +51,8 @@ Timeline timelineOf(const Recording &recording)
 
 SimDevice::Components replayComponents(const std::shared_ptr<DeviceState> &state)
 {
+    if (RgbdRecording::isOne(state->config().folder))
+        return rgbdComponents(state);
     Recording recording = Recording::open(state->config().folder);
     completeSizes(recording);
     const Timeline timeline = timelineOf(recording);

@@ -1,7 +1,9 @@
 #include "replay/RgbdRecording.h"
 
 #include "core/Log.h"
+#include "replay/PictureReader.h"
 #include "replay/TimeStamp.h"
+#include "world/PolynomialModel.h"
 
 #include <algorithm>
 #include <fstream>
@@ -92,7 +94,8 @@ RgbdRecording RgbdRecording::open(const fs::path &folder)
         throw std::runtime_error("there are no pictures (rgb.txt, depth.txt) in it");
     readScaleComment(folder / "depth.txt", recording.depthScale);
     const fs::path calibration = folder / "calibration.txt";
-    if (fs::exists(calibration) && !readCalibration(calibration, recording))
+    recording.m_calibrated = fs::exists(calibration) && readCalibration(calibration, recording);
+    if (fs::exists(calibration) && !recording.m_calibrated)
         complain(calibration.string() + " is left aside: it needs fx fy cx cy width height");
     return recording;
 }
@@ -109,6 +112,53 @@ Timeline RgbdRecording::timeline(double origin) const
     std::sort(times.begin(), times.end());
     times.erase(std::unique(times.begin(), times.end()), times.end());
     return {std::move(times), period, origin};
+}
+
+void RgbdRecording::completeSize()
+{
+    if (m_calibrated)
+        return;
+    const std::vector<PictureRow> &rows = depth.empty() ? color : depth;
+    for (const PictureRow &row : rows) {
+        try {
+            const cv::Size size = readColor(row.file).size();
+            const auto scaled = PolynomialModel(lens).scaled(size.width, size.height);
+            lens = static_cast<const PolynomialModel &>(*scaled).parameters();
+            return;
+        } catch (const std::exception &) {
+            // Whoever plays the picture tells.
+        }
+    }
+}
+
+qv::Calibration RgbdRecording::calibration() const
+{
+    qv::Calibration record;
+    record.pdcm = {lens};
+    record.cameraModels = {std::make_shared<PolynomialModel>(lens)};
+    return record;
+}
+
+std::vector<PictureRow> rowsWithin(
+    const std::vector<PictureRow> &rows, const Timeline &timeline, std::vector<double> &play)
+{
+    std::vector<PictureRow> within;
+    for (const PictureRow &row : rows) {
+        const double time = timeline.playTime(row.time);
+        if (time < 0 || time >= timeline.duration() || (!play.empty() && time <= play.back()))
+            continue;
+        within.push_back(row);
+        play.push_back(time);
+    }
+    return within;
+}
+
+std::vector<Recording::Frame> framesOf(const std::vector<PictureRow> &rows)
+{
+    std::vector<Recording::Frame> frames;
+    for (const PictureRow &row : rows)
+        frames.push_back({row.time, {row.file}});
+    return frames;
 }
 
 } // namespace sim

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "replay/PictureList.h"
+#include "replay/Recording.h"
 #include "replay/Timeline.h"
 
 #include "device/qv/Records.h"
@@ -22,8 +23,22 @@ struct RgbdRecording {
     /// Throws std::runtime_error with a text for people if there is nothing to play.
     static RgbdRecording open(const std::filesystem::path &folder);
 
+    /// Without a calibration.txt, brings the usual lens to the size of the first picture that can be read.
+    void completeSize();
     /// Both cameras' times, from `origin` seconds of the clock on.
     Timeline timeline(double origin) const;
+    /// At the origin of the device, since the layout knows no other place.
+    qv::Calibration calibration() const;
+
+private:
+    bool m_calibrated = false;
 };
+
+/// Those rows that fall into the timeline, and when they play within it.
+std::vector<PictureRow> rowsWithin(
+    const std::vector<PictureRow> &rows, const Timeline &timeline, std::vector<double> &play);
+
+/// One frame a picture.
+std::vector<Recording::Frame> framesOf(const std::vector<PictureRow> &rows);
 
 } // namespace sim
