@@ -17,7 +17,7 @@ constexpr struct {
     int shrink;
     double deviation;
 } recipes[] = {{1, 0}, {1, 1.2}, {2, 1.3}, {4, 1.5}};
-constexpr float hardlySeen = 0.25F;
+constexpr float hardlySeen = 0.45F;
 
 /// Where a deviation lies between those of the list.
 float placeOf(float deviation)

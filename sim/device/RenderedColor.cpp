@@ -10,7 +10,7 @@ namespace {
 
 /// A shutter that is open longer than this smears what moves.
 constexpr double sharpMilliseconds = 8;
-constexpr int widestRendered = 768;
+constexpr int widestRendered = 640;
 
 cv::Size renderedSize(cv::Size size)
 {

@@ -15,8 +15,8 @@
 
 namespace sim {
 
-/// Colour pictures of the world through a polynomial lens. They are rendered at most 768 pixels wide and
-/// enlarged, which costs a fifth and is about as sharp as a small lens.
+/// Colour pictures of the world through a polynomial lens. They are rendered at most 640 pixels wide and
+/// enlarged, which costs an eighth and is about as sharp as a small lens.
 class RenderedColor : public ColorSource {
 public:
     struct Setup {
