@@ -8,7 +8,9 @@
 #include "device/SimDeviceEx.h"
 #include "device/SimFisheyeCamerasEx.h"
 #include "device/TrajectoryImu.h"
+#include "device/TrajectoryPoses.h"
 #include "replay/ReplayDevice.h"
+#include "world/UnifiedModel.h"
 
 namespace sim {
 
@@ -29,15 +31,20 @@ std::shared_ptr<SimImuSensor> makeImu(const std::shared_ptr<DeviceState> &state)
         state, std::make_unique<TrajectoryImu>(SharedWorld::get(config.seed), imuRate(config), config.seed));
 }
 
+FisheyeRig fisheyeRig(const DeviceConfig &config, int width, int height)
+{
+    return config.profile == Profile::Quad ? FisheyeRig::quad(width, height)
+                                           : FisheyeRig::stereo(width, height);
+}
+
 std::shared_ptr<FisheyeSource> makeFisheyeSource(const DeviceConfig &config)
 {
     const StreamConfig stream = config.stream("fisheye");
     const int width = stream.width > 0 ? stream.width : 640;
     const int height = stream.height > 0 ? stream.height : 400;
     const double rate = stream.rate > 0 ? stream.rate : 50;
-    const FisheyeRig rig =
-        config.profile == Profile::Quad ? FisheyeRig::quad(width, height) : FisheyeRig::stereo(width, height);
-    return std::make_shared<RenderedFisheye>(SharedWorld::get(config.seed), rig, rate, config.seed);
+    return std::make_shared<RenderedFisheye>(
+        SharedWorld::get(config.seed), fisheyeRig(config, width, height), rate, config.seed);
 }
 
 cv::Size sizeOf(const StreamConfig &stream, cv::Size usual)
@@ -127,6 +134,45 @@ void addColorAndTof(const std::shared_ptr<DeviceState> &state, SimDevice::Compon
         state, std::make_shared<RenderedTof>(world, setup, color->exposure()), camera);
 }
 
+std::shared_ptr<SlamMapper> makeMapper(const DeviceConfig &config, bool tof)
+{
+    SlamMapper::Cameras cameras;
+    for (const FisheyeRig::Mount &mount : fisheyeRig(config, 640, 400).mounts)
+        cameras.stereo.push_back({mount.bodyFromCamera, std::make_shared<UnifiedModel>(mount.lens)});
+    if (tof) {
+        const PinholeMount mount = PinholeMount::tof();
+        cameras.tof = {mount.bodyFromCamera, mount.model({640, 480})};
+    }
+    return std::make_shared<SlamMapper>(SharedWorld::get(config.seed), std::move(cameras));
+}
+
+std::shared_ptr<SimSlam> makeSlam(const std::shared_ptr<DeviceState> &state,
+    const SimDevice::Components &components, TrajectoryPoses::Setup poses, bool onDevice)
+{
+    const DeviceConfig &config = state->config();
+    SimSlam::Setup setup;
+    setup.name = onDevice ? "edge" : "slam";
+    setup.onDevice = onDevice;
+    setup.turnLimit = onDevice ? 0.5 : 0.6;
+    setup.cameras = components.fisheye;
+    setup.mapper = makeMapper(config, components.tof != nullptr);
+    if (const double rate = config.stream("map").rate; rate > 0)
+        setup.mapRate = rate;
+    if (const double rate = config.stream(setup.name).rate; rate > 0)
+        poses.rate = rate;
+    setup.poses = std::make_shared<TrajectoryPoses>(SharedWorld::get(config.seed), poses);
+    return std::make_shared<SimSlam>(state, std::move(setup));
+}
+
+/// The poses, which need cameras.
+void addSlam(const std::shared_ptr<DeviceState> &state, SimDevice::Components &components)
+{
+    const DeviceConfig &config = state->config();
+    components.slam = makeSlam(state, components, TrajectoryPoses::Setup::host(config.seed), false);
+    if (config.profile != Profile::Plain)
+        components.edge = makeSlam(state, components, TrajectoryPoses::Setup::edge(config.seed), true);
+}
+
 SimDevice::Components makeComponents(const std::shared_ptr<DeviceState> &state)
 {
     const DeviceConfig &config = state->config();
@@ -140,6 +186,8 @@ SimDevice::Components makeComponents(const std::shared_ptr<DeviceState> &state)
         components.fisheye = std::make_shared<SimFisheyeCamerasEx>(state, makeFisheyeSource(config));
     if (config.profile == Profile::Headset || config.profile == Profile::Module)
         addColorAndTof(state, components);
+    if (components.fisheye)
+        addSlam(state, components);
     return components;
 }
 

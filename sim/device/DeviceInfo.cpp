@@ -53,7 +53,7 @@ std::map<std::string, std::string> makeInfo(
         {"stereoAvailable", flag(components.fisheye != nullptr)},
         {"colorAvailable", flag(components.color != nullptr)},
         {"tofAvailable", flag(components.tof != nullptr)},
-        {"edge6dofAvailable", flag(false)},
+        {"edge6dofAvailable", flag(components.edge != nullptr)},
         {"rgb2Available", flag(components.color && components.color->hasSecond())},
         {"afRGBAvailable", flag(config.profile == Profile::Headset)},
         {"downsampleAvailable", flag(false)},

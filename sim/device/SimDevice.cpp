@@ -55,6 +55,9 @@ bool SimDevice::enableSync(bool isSync)
         m_components.color->setSync(isSync);
     if (m_components.tof)
         m_components.tof->setSync(isSync);
+    for (const auto &slam : {m_components.slam, m_components.edge})
+        if (slam)
+            slam->setSync(isSync);
     return true;
 }
 

@@ -5,6 +5,7 @@
 #include "device/SimColorCamera.h"
 #include "device/SimFisheyeCameras.h"
 #include "device/SimImuSensor.h"
+#include "device/SimSlam.h"
 #include "device/SimTofCamera.h"
 #include "device/qv/Device.h"
 
@@ -18,6 +19,8 @@ public:
         std::shared_ptr<SimFisheyeCameras> fisheye;
         std::shared_ptr<SimColorCamera> color;
         std::shared_ptr<SimTofCamera> tof;
+        std::shared_ptr<SimSlam> slam;
+        std::shared_ptr<SimSlam> edge; ///< only devices with the extensions hand it out
     };
 
     SimDevice(
@@ -25,7 +28,7 @@ public:
     ~SimDevice() override;
 
     std::map<std::string, std::string> info() override;
-    std::shared_ptr<qv::Slam> slam() override { return nullptr; }
+    std::shared_ptr<qv::Slam> slam() override { return m_components.slam; }
     std::shared_ptr<qv::ImuSensor> imuSensor() override { return m_components.imu; }
     std::shared_ptr<qv::FisheyeCameras> fisheyeCameras() override { return m_components.fisheye; }
     std::shared_ptr<qv::ColorCamera> colorCamera() override { return m_components.color; }

@@ -66,9 +66,10 @@ Recording Recording::open(const fs::path &folder)
     if (recording.frames.empty())
         recording.cameras.clear();
     recording.imu = readImuTrack(root / "imu0");
-    if (recording.frames.empty() && recording.imu.empty())
+    recording.poses = readPoseTrack(folder);
+    if (recording.frames.empty() && recording.imu.empty() && recording.poses.empty())
         throw std::runtime_error(
-            "there are neither pictures (mav0/cam0/data.csv) nor inertial readings in it");
+            "there are neither pictures (mav0/cam0/data.csv) nor inertial readings nor poses in it");
     return recording;
 }
 
