@@ -24,6 +24,17 @@ constexpr double stepOfProgress = 0.005;
 constexpr std::size_t pieces = 60; // of a file
 constexpr std::size_t leastPiece = 1024; // bytes
 
+void callGuarded(const MapSwitch::Done &done, int status, int quality)
+{
+    if (!done)
+        return;
+    try {
+        done(status, quality);
+    } catch (...) {
+        log(LogLevel::Error, "the end of a map's save or load threw");
+    }
+}
+
 } // namespace
 
 struct MapSwitch::Task {
@@ -82,13 +93,7 @@ void MapSwitch::report(const Done &done, int status, int quality)
 {
     if (!done)
         return;
-    std::thread([&] {
-        try {
-            done(status, quality);
-        } catch (...) {
-            log(LogLevel::Error, "a callback of a map threw");
-        }
-    }).join();
+    std::thread([&] { callGuarded(done, status, quality); }).join();
 }
 
 bool MapSwitch::load(StoredMap map, Done done, Progress progress, const std::weak_ptr<void> &owner)
@@ -133,8 +138,8 @@ bool MapSwitch::save(std::streambuf &stream, Done done, Progress progress, const
 void MapSwitch::cancel()
 {
     m_thread.stop();
-    if (const auto task = current())
-        finish(task, Interrupted, 0);
+    for (const Done &done : take(current()))
+        report(done, Interrupted, 0);
 }
 
 std::shared_ptr<MapSwitch::Task> MapSwitch::current() const
@@ -153,18 +158,13 @@ void MapSwitch::begin(const std::shared_ptr<Task> &task, const std::weak_ptr<voi
 }
 
 /// Whoever takes the task away tells its end, so it is told once.
-void MapSwitch::finish(const std::shared_ptr<Task> &task, int status, int quality)
+std::vector<MapSwitch::Done> MapSwitch::take(const std::shared_ptr<Task> &task)
 {
-    std::vector<Done> done;
-    {
-        const std::lock_guard lock(m_mutex);
-        if (m_task != task)
-            return;
-        m_task = nullptr;
-        done.swap(task->done);
-    }
-    for (const Done &each : done)
-        report(each, status, quality);
+    const std::lock_guard lock(m_mutex);
+    if (!task || m_task != task)
+        return {};
+    m_task = nullptr;
+    return std::move(task->done);
 }
 
 void MapSwitch::tick()
@@ -188,7 +188,8 @@ void MapSwitch::tick()
     }
     if (task->phase == Task::Phase::Over) {
         m_thread.halt();
-        finish(task, task->status, task->quality);
+        for (const Done &done : take(task))
+            callGuarded(done, task->status, task->quality);
     } else {
         task->tell();
     }

@@ -7,6 +7,7 @@
 #include <memory>
 #include <mutex>
 #include <streambuf>
+#include <vector>
 
 namespace sim {
 
@@ -56,7 +57,7 @@ private:
     void write(Task &task);
     void localize(Task &task);
     void settle(Task &task);
-    void finish(const std::shared_ptr<Task> &task, int status, int quality);
+    std::vector<Done> take(const std::shared_ptr<Task> &task);
     std::shared_ptr<Task> current() const;
 
     const Device m_device;

@@ -84,9 +84,7 @@ void SimSlam::begin()
     const std::lock_guard lock(m_mutex);
     m_session = Session();
     m_session.recovered = Clock::now();
-    m_mapChanged = true;
-    m_stereoChanged = true;
-    m_tofChanged = true;
+    m_cleared = true;
 }
 
 void SimSlam::aboutToStart()
@@ -237,28 +235,47 @@ void SimSlam::look(double due)
         m_planeFaults.restart();
         m_nextMap = 0;
     }
+    if (m_cleared.exchange(false)) {
+        m_nextMap = 0;
+        publishMap(Pose::Identity());
+        publishPlanes(SlamMapper::PlaneKind::Stereo, Pose::Identity());
+        publishPlanes(SlamMapper::PlaneKind::Tof, Pose::Identity());
+    }
     const std::optional<Pose> mapFromWorld = frame();
     if (!mapFromWorld)
         return;
-    // Pictures that don't leave the device are of no use to the host.
-    const bool pictures = m_setup.onDevice || device().uvcMode != NoStream;
-    const bool looks = !m_paused && sees();
-    if (looks && pictures && m_setup.mapper->observePoints(due))
+    lookForPoints(due, *mapFromWorld);
+    if (++m_looks % looksPerPlanes == 0)
+        lookForPlanes(due, *mapFromWorld);
+}
+
+/// Pictures that don't leave the device are of no use to the host.
+bool SimSlam::hasPictures() const
+{
+    return m_setup.onDevice || device().uvcMode != NoStream;
+}
+
+void SimSlam::lookForPoints(double due, const Pose &mapFromWorld)
+{
+    if (!m_paused && sees() && hasPictures() && m_setup.mapper->observePoints(due))
         m_mapChanged = true;
-    if (due >= m_nextMap && m_mapChanged.exchange(false)) {
-        m_nextMap = due + 1 / m_setup.mapRate;
-        publishMap(*mapFromWorld);
-    }
-    if (++m_looks % looksPerPlanes != 0)
+    if (due < m_nextMap || !m_mapChanged.exchange(false))
         return;
-    if (looks && pictures && m_setup.mapper->observePlanes(due, SlamMapper::PlaneKind::Stereo))
+    m_nextMap = due + 1 / m_setup.mapRate;
+    publishMap(mapFromWorld);
+}
+
+void SimSlam::lookForPlanes(double due, const Pose &mapFromWorld)
+{
+    const bool looks = !m_paused && sees();
+    if (looks && hasPictures() && m_setup.mapper->observePlanes(due, SlamMapper::PlaneKind::Stereo))
         m_stereoChanged = true;
-    if (looks && m_setup.mapper->hasTof() && m_setup.mapper->observePlanes(due, SlamMapper::PlaneKind::Tof))
+    if (looks && m_setup.mapper->observePlanes(due, SlamMapper::PlaneKind::Tof))
         m_tofChanged = true;
     if (m_stereoChanged.exchange(false))
-        publishPlanes(SlamMapper::PlaneKind::Stereo, *mapFromWorld);
-    if (m_setup.mapper->hasTof() && m_tofChanged.exchange(false))
-        publishPlanes(SlamMapper::PlaneKind::Tof, *mapFromWorld);
+        publishPlanes(SlamMapper::PlaneKind::Stereo, mapFromWorld);
+    if (m_tofChanged.exchange(false))
+        publishPlanes(SlamMapper::PlaneKind::Tof, mapFromWorld);
 }
 
 void SimSlam::publishMap(const Pose &mapFromWorld)
@@ -270,6 +287,8 @@ void SimSlam::publishMap(const Pose &mapFromWorld)
 
 void SimSlam::publishPlanes(SlamMapper::PlaneKind kind, const Pose &mapFromWorld)
 {
+    if (kind == SlamMapper::PlaneKind::Tof && !m_setup.mapper->hasTof())
+        return;
     const Defect defect = m_planeFaults.next(device().faults()->stream("planes"), Clock::now() - m_startTime);
     if (defect == Defect::Drop)
         return;

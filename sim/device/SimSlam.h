@@ -79,6 +79,9 @@ private:
     MapSwitch::Device mapDevice();
     void localized(const StoredMap &map, const Pose &mapFromWorld, bool loaded);
     void look(double due);
+    void lookForPoints(double due, const Pose &mapFromWorld);
+    void lookForPlanes(double due, const Pose &mapFromWorld);
+    bool hasPictures() const;
     void publishMap(const Pose &mapFromWorld);
     void publishPlanes(SlamMapper::PlaneKind kind, const Pose &mapFromWorld);
     bool clearPlanes(SlamMapper::PlaneKind kind, const char *operation);
@@ -89,6 +92,7 @@ private:
     std::atomic<double> m_startTime{0};
     std::atomic<bool> m_paused{false};
     std::atomic<bool> m_holding{false}; ///< the cameras
+    std::atomic<bool> m_cleared{false}; ///< and not yet told so
     std::atomic<bool> m_mapChanged{false};
     std::atomic<bool> m_stereoChanged{false};
     std::atomic<bool> m_tofChanged{false};

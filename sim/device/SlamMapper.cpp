@@ -9,7 +9,7 @@ namespace sim {
 namespace {
 
 /// Points that one camera looks at in one go; all of a view are taken in within seconds.
-constexpr std::size_t pointBudget = 700;
+constexpr std::size_t pointBudget = 250;
 constexpr double stereoRange = 6; // metres
 constexpr double tofRange = 4; // metres
 constexpr std::size_t lookedAt = 150; // points a camera, to recognise a place
