@@ -2,6 +2,7 @@
 
 #include "core/Clock.h"
 #include "replay/ReplayColor.h"
+#include "replay/ReplayPoses.h"
 #include "replay/ReplayTof.h"
 
 namespace sim {
@@ -26,6 +27,7 @@ SimDevice::Components rgbdComponents(const std::shared_ptr<DeviceState> &state)
             };
         components.tof = std::make_shared<SimTofCamera>(state, depth, setup);
     }
+    addReplayPoses(state, components, readPoseTrack(state->config().folder), Pose::Identity(), timeline);
     return components;
 }
 

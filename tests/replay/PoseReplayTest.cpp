@@ -317,3 +317,18 @@ TEST(PoseReplay, aTrajectoryFromAHandHeldCameraIsPlayedAsItIsInTheFile)
     EXPECT_EQ(recorded.size(), 3000U);
     EXPECT_GT(comparePoses(tap.all(), recorded, Eigen::Isometry3d::Identity()), 150);
 }
+
+TEST(PoseReplay, colourAndDepthRecordingsHaveTheirPosesToo)
+{
+    const std::string folder = shared("rgbd/7scenes_redkitchen");
+    if (!std::filesystem::exists(folder))
+        GTEST_SKIP() << "needs the shared recordings";
+    const auto device = play(folder);
+    ASSERT_NE(device->tofCamera(), nullptr);
+    ASSERT_NE(device->slam(), nullptr);
+    PoseTap tap(device->slam());
+    device->slam()->start();
+    ASSERT_TRUE(tap.waitForMore(25));
+    const auto recorded = readPoses(folder + "/groundtruth.txt", true, false);
+    EXPECT_GT(comparePoses(tap.all(), recorded, Eigen::Isometry3d::Identity()), 4);
+}
