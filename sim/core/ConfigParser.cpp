@@ -100,6 +100,8 @@ StreamFaults readStreamFaults(Reader &reader)
     reader.read("unknownEvery", faults.unknownEvery);
     reader.read("stallAfter", faults.stallAfter);
     reader.read("stallFor", faults.stallFor);
+    reader.read("loseAfter", faults.loseAfter);
+    reader.read("loseFor", faults.loseFor);
     return faults;
 }
 
@@ -111,6 +113,7 @@ Faults readFaults(Reader &reader)
     reader.read("hidDelayMs", faults.hidDelayMs);
     reader.read("vanishAfter", faults.vanishAfter);
     reader.read("returnAfter", faults.returnAfter);
+    reader.read("damageMap", faults.damageMap);
     const json streams = reader.take("streams");
     for (const auto &[name, value] : streams.items()) {
         Reader stream(value, reader.where() + '.' + name, reader.unknown());

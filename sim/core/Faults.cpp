@@ -9,12 +9,12 @@ namespace {
 auto fields(const StreamFaults &f)
 {
     return std::tie(f.dropEvery, f.lateEvery, f.lateMs, f.shortEvery, f.nullEvery, f.zeroEvery, f.emptyEvery,
-        f.resizeEvery, f.unknownEvery, f.stallAfter, f.stallFor);
+        f.resizeEvery, f.unknownEvery, f.stallAfter, f.stallFor, f.loseAfter, f.loseFor);
 }
 
 auto fields(const Faults &f)
 {
-    return std::tie(f.refuse, f.streams, f.throwInfo, f.hidDelayMs, f.vanishAfter, f.returnAfter);
+    return std::tie(f.refuse, f.streams, f.throwInfo, f.hidDelayMs, f.vanishAfter, f.returnAfter, f.damageMap);
 }
 
 } // namespace

@@ -19,6 +19,8 @@ struct StreamFaults {
     int unknownEvery = 0; ///< a type or codec that nobody knows; inertial readings that are no numbers
     double stallAfter = -1; ///< seconds after the start; below zero is never
     double stallFor = 0; ///< seconds; 0 is for good
+    double loseAfter = -1; ///< of poses: seconds after the start until tracking fails; below zero is never
+    double loseFor = 0; ///< seconds; 0 is for good
 
     bool operator==(const StreamFaults &other) const;
 };
@@ -31,6 +33,7 @@ struct Faults {
     double hidDelayMs = 0;
     double vanishAfter = -1; ///< seconds after the first start of a stream; below zero is never
     double returnAfter = -1; ///< seconds after it has vanished; below zero is never
+    bool damageMap = false; ///< a saved map has a wrong byte in it
 
     /// By the operation alone or by component and operation.
     bool refuses(const std::string &component, const std::string &operation) const;

@@ -51,6 +51,13 @@ bool SimDevice::enableSync(bool isSync)
         m_components.imu->setSync(isSync);
     if (m_components.fisheye)
         m_components.fisheye->setSync(isSync);
+    if (m_components.color)
+        m_components.color->setSync(isSync);
+    if (m_components.tof)
+        m_components.tof->setSync(isSync);
+    for (const auto &slam : {m_components.slam, m_components.edge})
+        if (slam)
+            slam->setSync(isSync);
     return true;
 }
 

@@ -10,7 +10,7 @@ class SimDeviceEx : public SimDevice, public virtual qv::DeviceEx {
 public:
     using SimDevice::SimDevice;
 
-    std::shared_ptr<qv::Slam> edge() override { return nullptr; }
+    std::shared_ptr<qv::Slam> edge() override { return components().edge; }
     void setImuOffset(int offset) override;
     /// Numbers that no mode has are ignored; so below.
     void setImuMode(int mode) override;

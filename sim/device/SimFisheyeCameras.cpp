@@ -26,6 +26,48 @@ SimFisheyeCameras::SimFisheyeCameras(
 {
 }
 
+bool SimFisheyeCameras::needed() const
+{
+    return m_started || m_holders > 0;
+}
+
+bool SimFisheyeCameras::start()
+{
+    if (!StreamComponent::start())
+        return false;
+    m_started = true;
+    return true;
+}
+
+bool SimFisheyeCameras::stop()
+{
+    if (refuses("stop") && !device().gone())
+        return false;
+    const bool wasStarted = m_started.exchange(false);
+    if (m_holders > 0 && !device().gone())
+        return wasStarted;
+    const bool stopped = StreamComponent::stop() && wasStarted;
+    if (needed()) // someone came in between
+        StreamComponent::start();
+    return stopped;
+}
+
+void SimFisheyeCameras::hold()
+{
+    ++m_holders;
+    StreamComponent::start();
+}
+
+void SimFisheyeCameras::release()
+{
+    --m_holders;
+    if (needed())
+        return;
+    StreamComponent::stop();
+    if (needed())
+        StreamComponent::start();
+}
+
 const std::vector<qv::Calibration> &SimFisheyeCameras::calibration()
 {
     return m_source->calibration();

@@ -1,7 +1,6 @@
 #include "replay/FrameLoader.h"
 
 #include "core/Log.h"
-#include "replay/PictureReader.h"
 
 #include <algorithm>
 
@@ -15,15 +14,16 @@ constexpr std::size_t budget = 128U << 20U; // bytes of decoded pictures
 std::size_t sizeOf(const FrameLoader::Pictures &pictures)
 {
     std::size_t bytes = 0;
-    for (const qv::FisheyeImage &image : pictures)
-        bytes += image.width * image.height;
+    for (const cv::Mat &picture : pictures)
+        bytes += picture.total() * picture.elemSize();
     return bytes;
 }
 
 } // namespace
 
-FrameLoader::FrameLoader(std::vector<Recording::Frame> frames)
+FrameLoader::FrameLoader(std::vector<Recording::Frame> frames, Reader reader)
     : m_frames(std::move(frames))
+    , m_reader(std::move(reader))
     , m_thread([this] { work(); })
 {
 }
@@ -81,7 +81,7 @@ std::shared_ptr<const FrameLoader::Pictures> FrameLoader::decode(std::size_t ind
     auto pictures = std::make_shared<Pictures>();
     for (const std::filesystem::path &file : m_frames[index].files) {
         try {
-            pictures->push_back(readPicture(file));
+            pictures->push_back(m_reader(file));
         } catch (const std::exception &error) {
             if (m_complained.insert(file).second)
                 complain(file.string() + ' ' + error.what() + ", its frame is left out");

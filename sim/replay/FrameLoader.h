@@ -1,11 +1,12 @@
 #pragma once
 
-#include "device/qv/Records.h"
 #include "replay/Recording.h"
 
 #include <condition_variable>
+#include <functional>
 #include <map>
 #include <mutex>
+#include <opencv2/core.hpp>
 #include <optional>
 #include <set>
 #include <thread>
@@ -16,9 +17,11 @@ namespace sim {
 /// rate. Short recordings stay decoded, of long ones a few frames. Thread-safe.
 class FrameLoader {
 public:
-    using Pictures = std::vector<qv::FisheyeImage>;
+    using Pictures = std::vector<cv::Mat>;
+    /// Reads one file; throws std::runtime_error with a text for people.
+    using Reader = std::function<cv::Mat(const std::filesystem::path &)>;
 
-    explicit FrameLoader(std::vector<Recording::Frame> frames);
+    FrameLoader(std::vector<Recording::Frame> frames, Reader reader);
     ~FrameLoader();
     FrameLoader(const FrameLoader &) = delete;
     FrameLoader &operator=(const FrameLoader &) = delete;
@@ -34,6 +37,7 @@ private:
     void forgetFarthest();
 
     const std::vector<Recording::Frame> m_frames;
+    const Reader m_reader;
     std::mutex m_mutex;
     std::condition_variable m_changed;
     std::map<std::size_t, std::shared_ptr<const Pictures>> m_ready;

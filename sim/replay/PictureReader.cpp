@@ -64,25 +64,41 @@ cv::Mat decode(const std::string &bytes)
     }
 }
 
+cv::Mat toBytes(const cv::Mat &picture)
+{
+    if (picture.depth() != CV_16U)
+        return picture;
+    cv::Mat bytes(picture.size(), CV_8UC(picture.channels()));
+    // Shifted, not scaled: 255.996 would round up.
+    const auto *from = picture.ptr<std::uint16_t>();
+    auto *to = bytes.ptr<unsigned char>();
+    const std::size_t count = picture.total() * static_cast<std::size_t>(picture.channels());
+    for (std::size_t i = 0; i < count; ++i)
+        to[i] = static_cast<unsigned char>(from[i] >> 8);
+    return bytes;
+}
+
 cv::Mat toGrey(const cv::Mat &picture)
 {
-    cv::Mat bytes;
-    if (picture.depth() == CV_16U) {
-        // Shifted, not scaled: 255.996 would round up.
-        bytes.create(picture.size(), CV_8UC(picture.channels()));
-        const auto *from = picture.ptr<std::uint16_t>();
-        auto *to = bytes.ptr<unsigned char>();
-        const std::size_t count = picture.total() * static_cast<std::size_t>(picture.channels());
-        for (std::size_t i = 0; i < count; ++i)
-            to[i] = static_cast<unsigned char>(from[i] >> 8);
-    } else {
-        bytes = picture;
-    }
+    cv::Mat bytes = toBytes(picture);
     if (bytes.channels() == 3)
         cv::cvtColor(bytes, bytes, cv::COLOR_BGR2GRAY);
     else if (bytes.channels() == 4)
         cv::cvtColor(bytes, bytes, cv::COLOR_BGRA2GRAY);
     return bytes;
+}
+
+cv::Mat readAny(const std::filesystem::path &file)
+{
+    const std::string bytes = bytesOf(file);
+    const bool png = file.extension() == ".png" || bytes.compare(0, signature.size(), signature) == 0;
+    if (bytes.empty() || (png && !isWholePng(bytes)))
+        throw std::runtime_error("is broken");
+    const cv::Mat picture = decode(bytes);
+    const bool shown = picture.depth() == CV_8U || picture.depth() == CV_16U;
+    if (picture.empty() || !shown || picture.channels() == 2)
+        throw std::runtime_error("is no picture that can be shown");
+    return picture;
 }
 
 } // namespace
@@ -113,18 +129,40 @@ bool isWholePng(const std::string &bytes)
     return false;
 }
 
+cv::Mat readGrey(const std::filesystem::path &file)
+{
+    return toGrey(readAny(file));
+}
+
+cv::Mat readColor(const std::filesystem::path &file)
+{
+    const cv::Mat bytes = toBytes(readAny(file));
+    cv::Mat rgb;
+    cv::cvtColor(bytes, rgb,
+        bytes.channels() == 1       ? cv::COLOR_GRAY2RGB
+            : bytes.channels() == 3 ? cv::COLOR_BGR2RGB
+                                    : cv::COLOR_BGRA2RGB);
+    return rgb;
+}
+
+cv::Mat readDepth(const std::filesystem::path &file)
+{
+    const cv::Mat picture = readAny(file);
+    if (picture.type() != CV_16UC1)
+        throw std::runtime_error("is no depth picture of 16 bits");
+    return picture;
+}
+
+qv::FisheyeImage fisheyeImage(const cv::Mat &grey)
+{
+    const auto owner = std::make_shared<const cv::Mat>(grey);
+    return {static_cast<std::size_t>(grey.cols), static_cast<std::size_t>(grey.rows),
+        std::shared_ptr<const unsigned char>(owner, owner->data)};
+}
+
 qv::FisheyeImage readPicture(const std::filesystem::path &file)
 {
-    const std::string bytes = bytesOf(file);
-    const bool png = file.extension() == ".png" || bytes.compare(0, signature.size(), signature) == 0;
-    if (bytes.empty() || (png && !isWholePng(bytes)))
-        throw std::runtime_error("is broken");
-    const cv::Mat picture = decode(bytes);
-    if (picture.empty() || (picture.depth() != CV_8U && picture.depth() != CV_16U))
-        throw std::runtime_error("is no picture that can be shown");
-    const auto grey = std::make_shared<const cv::Mat>(toGrey(picture));
-    return {static_cast<std::size_t>(grey->cols), static_cast<std::size_t>(grey->rows),
-        std::shared_ptr<const unsigned char>(grey, grey->data)};
+    return fisheyeImage(readGrey(file));
 }
 
 } // namespace sim

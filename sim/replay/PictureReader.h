@@ -3,6 +3,7 @@
 #include "device/qv/Records.h"
 
 #include <filesystem>
+#include <opencv2/core.hpp>
 #include <string>
 
 namespace sim {
@@ -10,6 +11,16 @@ namespace sim {
 /// One recorded picture as 8-bit grey. Of 16-bit grey the upper eight bits are kept, where TUM-VI has its
 /// picture; colour becomes grey. Throws std::runtime_error with a text for people.
 qv::FisheyeImage readPicture(const std::filesystem::path &file);
+cv::Mat readGrey(const std::filesystem::path &file);
+
+/// One recorded picture as CV_8UC3, red first. Throws as above.
+cv::Mat readColor(const std::filesystem::path &file);
+
+/// One recorded depth picture, CV_16UC1 in the recording's steps. Throws as above.
+cv::Mat readDepth(const std::filesystem::path &file);
+
+/// A picture as the contract's record, with its memory shared.
+qv::FisheyeImage fisheyeImage(const cv::Mat &grey);
 
 /// Makes the decoder's own tables, which go at the program's end in the reverse order of their making:
 /// whoever may still read pictures then has to have called this before it was made itself.

@@ -5,6 +5,9 @@
 #include "replay/PictureReader.h"
 #include "replay/ReplayFisheye.h"
 #include "replay/ReplayImu.h"
+#include "replay/ReplayPoses.h"
+#include "replay/RgbdRecording.h"
+#include "replay/RgbdReplay.h"
 
 namespace sim {
 
@@ -33,6 +36,8 @@ Timeline timelineOf(const Recording &recording)
 {
     std::vector<std::int64_t> times;
     double rate = 0;
+    if (recording.frames.empty() && recording.imu.empty())
+        return timelineOf(recording.poses, Clock::now());
     if (recording.frames.empty()) {
         for (const ImuRow &row : recording.imu)
             times.push_back(row.time);
@@ -49,6 +54,8 @@ Timeline timelineOf(const Recording &recording)
 
 SimDevice::Components replayComponents(const std::shared_ptr<DeviceState> &state)
 {
+    if (RgbdRecording::isOne(state->config().folder))
+        return rgbdComponents(state);
     Recording recording = Recording::open(state->config().folder);
     completeSizes(recording);
     const Timeline timeline = timelineOf(recording);
@@ -58,6 +65,9 @@ SimDevice::Components replayComponents(const std::shared_ptr<DeviceState> &state
             state, std::make_shared<ReplayFisheye>(recording, timeline));
     if (auto imu = ReplayImu::make(recording, timeline))
         components.imu = std::make_shared<SimImuSensor>(state, std::move(imu));
+    const Pose camera =
+        recording.cameras.empty() ? Pose::Identity() : recording.cameras.front().bodyFromSensor;
+    addReplayPoses(state, components, std::move(recording.poses), camera, timeline);
     return components;
 }
 

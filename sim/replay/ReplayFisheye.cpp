@@ -1,6 +1,7 @@
 #include "replay/ReplayFisheye.h"
 
 #include "core/Clock.h"
+#include "replay/PictureReader.h"
 #include "replay/ReplayCalibration.h"
 
 namespace sim {
@@ -15,7 +16,7 @@ ReplayFisheye::ReplayFisheye(const Recording &recording, const Timeline &timelin
     : m_schedule(std::make_shared<const LoopSchedule>(
         timeline.playTimes(), timeline.duration(), timeline.origin(), pictureBacklog))
     , m_duration(timeline.duration())
-    , m_loader(recording.frames)
+    , m_loader(recording.frames, readGrey)
 {
     for (const Recording::Frame &frame : recording.frames)
         m_times.push_back(frame.time);
@@ -30,7 +31,8 @@ bool ReplayFisheye::pictures(double due, qv::FisheyeImages &record)
     const auto pictures = m_loader.frame(place.index);
     if (!pictures)
         return false;
-    record.images = *pictures;
+    for (const cv::Mat &picture : *pictures)
+        record.images.push_back(fisheyeImage(picture));
     // Later loops go on in time, as a device's clock does.
     record.edgeTimestampUs =
         m_times[place.index] / 1000 + Clock::microseconds(static_cast<double>(place.loop) * m_duration);

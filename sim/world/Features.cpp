@@ -117,6 +117,20 @@ void Features::collect(const Surface &surface, const Texture &texture, std::vect
     }
 }
 
+std::optional<Eigen::Vector2d> Features::pixelOf(const Feature &feature, const CameraModel &model,
+    const Pose &worldFromCamera, const Pose &cameraFromWorld) const
+{
+    const Surface &surface = m_scene->surfaces()[static_cast<std::size_t>(feature.surface)];
+    if (surface.normal.dot(worldFromCamera.translation() - feature.position) <= 1e-3)
+        return std::nullopt;
+    const auto pixel = model.project(cameraFromWorld * feature.position);
+    const cv::Size size = model.size();
+    if (!pixel || pixel->x() < 0 || pixel->y() < 0 || pixel->x() > size.width - 1
+        || pixel->y() > size.height - 1)
+        return std::nullopt;
+    return pixel;
+}
+
 std::vector<std::pair<int, Eigen::Vector2f>> Features::visible(
     const CameraModel &model, const Pose &worldFromCamera, double t, std::size_t limit) const
 {
@@ -124,21 +138,31 @@ std::vector<std::pair<int, Eigen::Vector2f>> Features::visible(
     DrawList list;
     list.build(*m_scene, worldFromCamera, t);
     const Pose cameraFromWorld = worldFromCamera.inverse();
-    const cv::Size size = model.size();
     for (const std::size_t index : m_ranked) {
         if (out.size() >= limit)
             break;
         const Feature &feature = m_all[index];
-        const Surface &surface = m_scene->surfaces()[static_cast<std::size_t>(feature.surface)];
-        if (surface.normal.dot(worldFromCamera.translation() - feature.position) <= 1e-3)
-            continue;
-        const Eigen::Vector3d point = cameraFromWorld * feature.position;
-        const auto pixel = model.project(point);
-        if (!pixel || pixel->x() < 0 || pixel->y() < 0 || pixel->x() > size.width - 1
-            || pixel->y() > size.height - 1)
-            continue;
-        if (!isHidden(list, point))
+        const auto pixel = pixelOf(feature, model, worldFromCamera, cameraFromWorld);
+        if (pixel && !isHidden(list, cameraFromWorld * feature.position))
             out.emplace_back(feature.id, pixel->cast<float>());
+    }
+    return out;
+}
+
+std::vector<int> Features::explore(const CameraModel &model, const Pose &worldFromCamera, double t,
+    const std::vector<bool> &known, std::size_t &cursor, std::size_t budget) const
+{
+    std::vector<int> out;
+    DrawList list;
+    list.build(*m_scene, worldFromCamera, t);
+    const Pose cameraFromWorld = worldFromCamera.inverse();
+    for (std::size_t i = 0; i < m_ranked.size() && budget > 0; ++i) {
+        const std::size_t index = m_ranked[cursor++ % m_ranked.size()];
+        if (known[index] || !pixelOf(m_all[index], model, worldFromCamera, cameraFromWorld))
+            continue;
+        --budget;
+        if (!isHidden(list, cameraFromWorld * m_all[index].position))
+            out.push_back(m_all[index].id);
     }
     return out;
 }

@@ -6,6 +6,7 @@
 #include "world/Textures.h"
 
 #include <memory>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -35,7 +36,16 @@ public:
     std::vector<std::pair<int, Eigen::Vector2f>> visible(
         const CameraModel &model, const Pose &worldFromCamera, double t, std::size_t limit) const;
 
+    /// Ids of those that a camera sees at time t, without those that are marked as known. Goes round the
+    /// points, from `cursor` on, and looks at no more than `budget` that are in the picture: seeing all at
+    /// once takes long.
+    std::vector<int> explore(const CameraModel &model, const Pose &worldFromCamera, double t,
+        const std::vector<bool> &known, std::size_t &cursor, std::size_t budget) const;
+
 private:
+    /// Where the camera would have a point that nothing hides.
+    std::optional<Eigen::Vector2d> pixelOf(const Feature &feature, const CameraModel &model,
+        const Pose &worldFromCamera, const Pose &cameraFromWorld) const;
     void collect(const Surface &surface, const Texture &texture, std::vector<float> &strengths);
 
     std::shared_ptr<const Scene> m_scene;

@@ -12,13 +12,26 @@ std::size_t PointMap::observe(
     const CameraModel &model, const Pose &worldFromCamera, double t, std::size_t limit)
 {
     const std::size_t before = m_ids.size();
-    for (const auto &seen : m_features->visible(model, worldFromCamera, t, limit)) {
-        const auto index = static_cast<std::size_t>(seen.first);
-        if (!m_known[index])
-            m_ids.push_back(seen.first);
-        m_known[index] = true;
-    }
+    for (const auto &seen : m_features->visible(model, worldFromCamera, t, limit))
+        add(seen.first);
     return m_ids.size() - before;
+}
+
+std::size_t PointMap::explore(
+    const CameraModel &model, const Pose &worldFromCamera, double t, std::size_t budget)
+{
+    const std::size_t before = m_ids.size();
+    for (const int id : m_features->explore(model, worldFromCamera, t, m_known, m_cursor, budget))
+        add(id);
+    return m_ids.size() - before;
+}
+
+void PointMap::add(int id)
+{
+    const auto index = static_cast<std::size_t>(id);
+    if (!m_known[index])
+        m_ids.push_back(id);
+    m_known[index] = true;
 }
 
 std::vector<Eigen::Vector3d> PointMap::points() const
