@@ -3,7 +3,9 @@
 #include "support/FakeSlam.h"
 
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <limits>
 
 using ::testing::ElementsAre;
@@ -34,6 +36,23 @@ TEST(MapData, nullComponentThrows)
     } catch (const std::runtime_error &error) {
         EXPECT_STREQ(error.what(), "Invalid Slam");
     }
+}
+
+TEST(MapData, itsMakingSeedsTheRandomNumbersByTheClock)
+{
+    const auto slam = std::make_shared<FakeSlam>();
+    const auto firstAfter = [](std::time_t seed) {
+        std::srand(static_cast<unsigned int>(seed)); // NOLINT
+        return std::rand(); // NOLINT
+    };
+    const std::time_t before = std::time(nullptr);
+    const MapData data(slam, nullptr);
+    const int drawn = std::rand(); // NOLINT
+    const std::time_t after = std::time(nullptr);
+    bool found = false;
+    for (std::time_t seed = before; seed <= after; ++seed)
+        found = found || drawn == firstAfter(seed);
+    EXPECT_TRUE(found);
 }
 
 TEST(MapData, staysRegisteredForItsLife)
