@@ -166,10 +166,9 @@ Item {
             device.removeMapFile()
             const popup = node("loadPopup"), button = item("loadButton"), row = item("slamSourceRow")
             const words = device.node(popup, "words"), timer = node("popTimer")
-            compare([popup.enter, popup.exit].map(function(transition) {
-                const fade = transition.animations[0]
-                return [fade.property, fade.from, fade.to]
-            }), [["opacity", 0, 1], ["opacity", 1, 0]])
+            let seen = []
+            popup.opacityChanged.connect(function() { seen.push(popup.opacity) })
+            const faded = function() { return seen.some(function(opacity) { return opacity < 0.9 }) }
             mouseClick(button)
             testCase.expectWarning(/does not exists/)
             compare(popup.visible, true)
@@ -183,7 +182,11 @@ Item {
             compare(words.text, "Load map fail")
             compare(timer.repeat, false)
             compare(timer.running, true)
+            tryCompare(popup, "opacity", 1)
+            verify(faded(), "fades in")
+            seen = []
             tryCompare(popup, "visible", false, 5000)
+            verify(faded(), "fades out")
             compare(timer.running, false)
         }
     }

@@ -527,7 +527,6 @@ Item {
             mouseClick(item("loadButton"))
             compare(note("loadPopup").text, "Load map fail")
             compare(item("loadButton").text, "Load map")
-            device.finishLoad()
             device.loadResult = true
             mouseClick(item("loadButton"))
             compare(note("loadPopup").text, "Load map successful")
