@@ -49,6 +49,7 @@ private:
     mutable QMutex m_mutex;
     std::shared_ptr<const qv::SlamMap> m_map; ///< kept alive until the next one
     QJsonArray m_poses;
+    QByteArray m_colors; ///< for as many points as the largest map had
     std::atomic<int> m_pointCount{0};
     std::atomic<int> m_keyframeCount{0};
     CallbackGuard m_callbacks;

@@ -33,24 +33,24 @@ void PointCloudColorGeometry::setPointCloud(PointCloudColor *pointCloud)
 
 void PointCloudColorGeometry::updateVertices()
 {
+    // Read once: the writer may set another size at any time.
+    m_count = m_pointCloud ? m_pointCloud->size() : 0;
     if (m_pointCloud) {
-        const int size = m_pointCloud->size();
-        m_buffer->setData(pointAttribute::filledUp(m_pointCloud->points(), size));
-        m_colorBuffer->setData(pointAttribute::filledUp(m_pointCloud->colors(), size));
+        m_buffer->setData(pointAttribute::filledUp(m_pointCloud->points(), m_count));
+        m_colorBuffer->setData(pointAttribute::filledUp(m_pointCloud->colors(), m_count));
     }
     updateAttributes();
 }
 
 void PointCloudColorGeometry::updateAttributes()
 {
-    const int count = m_pointCloud ? m_pointCloud->size() : 0;
     const QString position = QAttribute::defaultPositionAttributeName();
     const QString color = QAttribute::defaultColorAttributeName();
     if (attributes().isEmpty()) {
-        setBoundingVolumePositionAttribute(pointAttribute::add(this, m_buffer, position, count));
-        pointAttribute::add(this, m_colorBuffer, color, count);
+        setBoundingVolumePositionAttribute(pointAttribute::add(this, m_buffer, position, m_count));
+        pointAttribute::add(this, m_colorBuffer, color, m_count);
     } else {
-        pointAttribute::setCount(this, position, count);
-        pointAttribute::setCount(this, color, count);
+        pointAttribute::setCount(this, position, m_count);
+        pointAttribute::setCount(this, color, m_count);
     }
 }

@@ -29,6 +29,7 @@ private:
     void updateVertices();
 
     QPointer<PointCloudColor> m_pointCloud;
+    int m_count = 0; ///< points in the buffers
     Qt3DRender::QBuffer *m_buffer;
     Qt3DRender::QBuffer *m_colorBuffer;
 };

@@ -32,17 +32,18 @@ void PointCloudGeometry::setPointCloud(PointCloud *pointCloud)
 
 void PointCloudGeometry::updateVertices()
 {
+    // Read once: the writer may set another size at any time.
+    m_count = m_pointCloud ? m_pointCloud->size() : 0;
     if (m_pointCloud)
-        m_buffer->setData(pointAttribute::filledUp(m_pointCloud->points(), m_pointCloud->size()));
+        m_buffer->setData(pointAttribute::filledUp(m_pointCloud->points(), m_count));
     updateAttributes();
 }
 
 void PointCloudGeometry::updateAttributes()
 {
-    const int count = m_pointCloud ? m_pointCloud->size() : 0;
     const QString name = QAttribute::defaultPositionAttributeName();
     if (attributes().isEmpty())
-        setBoundingVolumePositionAttribute(pointAttribute::add(this, m_buffer, name, count));
+        setBoundingVolumePositionAttribute(pointAttribute::add(this, m_buffer, name, m_count));
     else
-        pointAttribute::setCount(this, name, count);
+        pointAttribute::setCount(this, name, m_count);
 }

@@ -30,6 +30,7 @@ private:
     void updateVertices();
 
     QPointer<PointCloud> m_pointCloud;
+    int m_count = 0; ///< points in the buffer
     Qt3DRender::QBuffer *m_buffer;
     Qt3DRender::QBuffer *m_colorBuffer = nullptr; ///< stays null: this cloud has no colours
 };

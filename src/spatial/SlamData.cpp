@@ -10,6 +10,8 @@
 #include <QFile>
 #include <QStandardPaths>
 #include <QStringList>
+#include <cmath>
+#include <mutex>
 #include <stdexcept>
 
 namespace {
@@ -18,12 +20,64 @@ constexpr double mostPosesPerSecond = 600.0;
 constexpr double smallestStep = 0.02;
 constexpr int progressStride = 100;
 
-// One load can be under way in the process: the library reads from this buffer until its completion has run.
-std::filebuf &loadBuffer()
+/// One load can be under way in the process: the library reads from this buffer until its completion has run.
+struct LoadBuffer {
+    std::mutex mutex; ///< around opening and closing
+    std::filebuf buffer;
+    unsigned int load = 0; ///< the load that opened it last
+};
+
+std::shared_ptr<LoadBuffer> loadBuffer()
 {
-    static std::filebuf buffer;
-    return buffer;
+    static const auto shared = std::make_shared<LoadBuffer>();
+    return shared;
 }
+
+/// A load's hold on the buffer. Only the load that opened it closes it, however late its completion comes; it
+/// is let go at the latest when the library forgets the completion.
+class LoadTicket {
+public:
+    LoadTicket() = default;
+    LoadTicket(const LoadTicket &) = delete;
+    LoadTicket &operator=(const LoadTicket &) = delete;
+    ~LoadTicket() { close(); }
+
+    /// False while another load is under way, too.
+    bool open(const QString &path)
+    {
+        const std::lock_guard lock(m_shared->mutex);
+        std::filebuf &buffer = m_shared->buffer;
+        if (!buffer.open(path.toLocal8Bit().constData(), std::ios_base::in | std::ios_base::binary))
+            return false;
+        m_load = ++m_shared->load;
+        return isReadable(buffer);
+    }
+
+    void close()
+    {
+        const std::lock_guard lock(m_shared->mutex);
+        if (m_load != 0 && m_load == m_shared->load)
+            m_shared->buffer.close();
+        m_load = 0;
+    }
+
+    std::streambuf &buffer() const { return m_shared->buffer; }
+
+private:
+    /// A folder opens like a file, and throws at the first read. Better here than in the library.
+    static bool isReadable(std::filebuf &buffer)
+    {
+        try {
+            buffer.sgetc();
+            return true;
+        } catch (const std::ios_base::failure &) {
+            return false;
+        }
+    }
+
+    const std::shared_ptr<LoadBuffer> m_shared = loadBuffer();
+    unsigned int m_load = 0;
+};
 
 std::atomic<int> progressCount{0}; // NOLINT: runs on across loads and instances
 
@@ -64,10 +118,9 @@ QString defaultMapPath()
         + QLatin1String("loopclosure.map");
 }
 
-void closeLoadBuffer(int quality)
+bool isFinite(const QVector3D &v)
 {
-    qDebug() << " map (quality is " << quality << "/100) and switch to CSlam:";
-    loadBuffer().close();
+    return std::isfinite(v.x()) && std::isfinite(v.y()) && std::isfinite(v.z());
 }
 
 } // namespace
@@ -170,13 +223,16 @@ void SlamData::takePose(const qv::Pose &pose)
 
 void SlamData::addDistance(const QVector3D &position)
 {
+    // As an anchor it would never be left again, and as a step it would make the sum useless.
+    if (!isFinite(position))
+        return;
     double distance = 0;
     {
         const MutexLock lock(&m_mutex);
         if (exactly::equal(m_lastPosition, QVector3D()))
             m_lastPosition = position;
         const auto step = static_cast<double>(m_lastPosition.distanceToPoint(position));
-        if (!(step > smallestStep))
+        if (!(step > smallestStep) || !std::isfinite(step))
             return;
         distance = m_distance.load(relaxed) + step;
         m_distance.store(distance, relaxed);
@@ -341,14 +397,21 @@ bool SlamData::loadMap(QString filepath)
         return false;
     }
     qDebug() << "Load map " << path;
-    if (!loadBuffer().open(path.toLocal8Bit().constData(), std::ios_base::in | std::ios_base::binary)) {
+    const auto ticket = std::make_shared<LoadTicket>();
+    if (!ticket->open(path)) {
         qDebug() << "open " << path << " failed.";
         return false;
     }
-    const bool loading = m_slam->loadMapAndSwitchToCslam(loadBuffer(), closeLoadBuffer,
-        m_callbacks.wrap([this](float localized) { takeLocalized(localized); }));
+    const auto done = [ticket](int quality) {
+        qDebug() << " map (quality is " << quality << "/100) and switch to CSlam:";
+        ticket->close();
+    };
+    const bool loading = m_slam->loadMapAndSwitchToCslam(
+        ticket->buffer(), done, m_callbacks.wrap([this](float localized) { takeLocalized(localized); }));
     if (loading)
         m_mapLoaded = true;
+    else
+        ticket->close(); // the completion of a refused load may never come
     return loading;
 }
 

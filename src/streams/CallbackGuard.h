@@ -26,7 +26,8 @@ public:
         };
     }
 
-    /// To be called first in the destructor of the model, never from inside a callback of this guard.
+    /// To be called in the destructor of the model before it touches what the callbacks use, never from
+    /// inside a callback of this guard.
     void close()
     {
         const std::unique_lock lock(m_state->mutex);

@@ -25,14 +25,18 @@ QVariantList unpack(QObject *object)
     return numbers;
 }
 
+qv::Vector3 vectorOf(const QVariant &point)
+{
+    const QVariantList xyz = point.toList();
+    return {xyz.value(0).toDouble(), xyz.value(1).toDouble(), xyz.value(2).toDouble()};
+}
+
 qv::Plane planeOf(const QVariantMap &plane)
 {
     qv::Plane result;
     result.id = plane.value(QStringLiteral("id")).toString().toStdString();
-    for (const QVariant &point : plane.value(QStringLiteral("points")).toList()) {
-        const QVariantList xyz = point.toList();
-        result.points.push_back({xyz.value(0).toDouble(), xyz.value(1).toDouble(), xyz.value(2).toDouble()});
-    }
+    for (const QVariant &point : plane.value(QStringLiteral("points")).toList())
+        result.points.push_back(vectorOf(point));
     return result;
 }
 
@@ -94,6 +98,16 @@ void SlamDevice::deliver(const QString &source, double x, double y, double z, do
     fake(source).deliver(pose);
 }
 
+void SlamDevice::deliverTurned(
+    const QString &source, double x, double y, double z, const QVariantList &rotation)
+{
+    qv::Pose pose;
+    pose.translation = {x, y, z};
+    for (std::size_t i = 0; i < pose.rotation.size(); ++i)
+        pose.rotation[i] = rotation.value(int(i)).toDouble();
+    fake(source).deliver(pose);
+}
+
 void SlamDevice::deliverLine(const QString &source, int first, int count)
 {
     for (int i = first; i < first + count; ++i)
@@ -104,6 +118,14 @@ void SlamDevice::deliverMap(int points)
 {
     auto map = std::make_shared<qv::SlamMap>();
     map->points.resize(static_cast<std::size_t>(points));
+    m_slamFake->maps.deliver(map);
+}
+
+void SlamDevice::deliverPoints(const QVariantList &points)
+{
+    auto map = std::make_shared<qv::SlamMap>();
+    for (const QVariant &point : points)
+        map->points.push_back(vectorOf(point));
     m_slamFake->maps.deliver(map);
 }
 
@@ -162,6 +184,12 @@ QVariantList SlamDevice::floatsOf(QObject *buffer) const
 QVariantList SlamDevice::numbersOf(QObject *buffer) const
 {
     return unpack<quint32>(buffer);
+}
+
+QString SlamDevice::textOf(const QString &path) const
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
 QObject *SlamDevice::node(QObject *root, const QString &name) const

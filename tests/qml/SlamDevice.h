@@ -41,9 +41,14 @@ public:
     Q_INVOKABLE void dropEdge();
     /// A pose without rotation, on the calling thread. `source` is "slam" or "edge".
     Q_INVOKABLE void deliver(const QString &source, double x, double y, double z, double confidence = 0);
+    /// A pose with a rotation, its nine numbers row by row.
+    Q_INVOKABLE void deliverTurned(
+        const QString &source, double x, double y, double z, const QVariantList &rotation);
     /// `count` poses along x, a centimetre apart, from `first` centimetres on.
     Q_INVOKABLE void deliverLine(const QString &source, int first, int count);
     Q_INVOKABLE void deliverMap(int points);
+    /// A map of points as [[x, y, z], ...].
+    Q_INVOKABLE void deliverPoints(const QVariantList &points);
     /// Planes as [{id, points: [[x, y, z], ...]}, ...]. `side` is "tof" or "stereo".
     Q_INVOKABLE void deliverPlanes(const QString &side, const QVariantList &planes);
     /// What the library says at the end of a save, and while it localises.
@@ -57,6 +62,8 @@ public:
     /// The bytes of a `Qt3DRender::QBuffer` as floats or as unsigned numbers.
     Q_INVOKABLE QVariantList floatsOf(QObject *buffer) const;
     Q_INVOKABLE QVariantList numbersOf(QObject *buffer) const;
+    /// The text of a file, such as one of the program's own resources.
+    Q_INVOKABLE QString textOf(const QString &path) const;
     /// The first descendant node of that name; a scene's nodes are no items.
     Q_INVOKABLE QObject *node(QObject *root, const QString &name) const;
     /// All descendant nodes of that class, or of that document.

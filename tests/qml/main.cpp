@@ -12,9 +12,13 @@ int main(int argc, char **argv)
     qputenv("XDG_CONFIG_HOME", home.filePath(QStringLiteral("config")).toLocal8Bit());
     // Maps are saved there.
     qputenv("TMPDIR", home.path().toLocal8Bit());
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    // Needs no OpenGL, which the offscreen platform can't give without a display.
-    qputenv("QT_QUICK_BACKEND", "software");
+    // Scenes are drawn only where there is OpenGL, which the offscreen platform can't give without a display.
+    if (!qEnvironmentVariableIsSet("QV_TEST_SHOWN")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        qputenv("QT_QUICK_BACKEND", "software");
+    } else if (!qEnvironmentVariableIsSet("DISPLAY")) {
+        return 77;
+    }
     qputenv("QML_DISABLE_DISK_CACHE", "1");
     QApplication application(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("Quivra"));

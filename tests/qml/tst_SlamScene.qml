@@ -203,7 +203,7 @@ Item {
                 compare(line.p1.y, 0)
                 verify(Qt.colorEqual(line.color, "white"))
             })
-            // The columns are counted by the width, and spaced by the height.
+            // Another resolution makes other lines.
             ground.resolution = Qt.size(4, 2)
             tryVerify(function() { return device.nodesOf(ground, "Line").length === 10 })
             ground.destroy()

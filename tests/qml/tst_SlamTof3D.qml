@@ -1,5 +1,7 @@
 import QtQuick 2.13
 import QtTest 1.13
+import Qt3D.Core 2.13
+import Qt3D.Render 2.13
 import Tof3dData 1.0
 import SlamDevice 1.0
 import "qrc:/" as Viewer
@@ -33,6 +35,25 @@ Item {
 
         Item {
             readonly property SlamDevice device: SlamDevice {}
+        }
+    }
+
+    // A camera whose depth stream has a rate, and whose colours are missing.
+    Component {
+        id: colourlessComponent
+
+        Item {
+            readonly property QtObject slam: null
+            readonly property QtObject edge: null
+            readonly property QtObject tof: QtObject {
+                property double dataFrameRate: 29.6
+            }
+            readonly property QtObject tof3d: QtObject {
+                property bool rgbAvailable: false
+                property bool colorize: true
+                property int source: 0
+                property var pointCloud: null
+            }
         }
     }
 
@@ -102,6 +123,43 @@ Item {
             compare(device.tof3d.colorize, false)
         }
 
+        function test_withoutColoursNoneAreOffered() {
+            const camera = make(colourlessComponent)
+            view = createTemporaryObject(viewComponent, window, { camera: camera })
+            const box = find(view, "colorizeCheckBox")
+            compare(box.enabled, false)
+            compare(box.checked, false)
+            mouseClick(box)
+            compare(box.checked, false)
+            camera.tof3d.rgbAvailable = true
+            compare(box.enabled, true)
+            compare(box.checked, true)
+            camera.tof3d.rgbAvailable = false
+            compare(camera.tof3d.colorize, false)
+        }
+
+        function test_theRateIsThatOfTheDepthStream() {
+            const camera = make(colourlessComponent)
+            view = createTemporaryObject(viewComponent, window, { camera: camera })
+            compare(find(view, "fpsLabel").text, "@30fps")
+            camera.tof.dataFrameRate = 14.4
+            compare(find(view, "fpsLabel").text, "@14fps")
+        }
+
+        function test_theSwitchesSurviveARestart() {
+            open()
+            find(view, "freeViewCheckBox").checked = true
+            find(view, "slamSourceSwitch").checked = false
+            view.destroy()
+            wait(0)
+            open()
+            compare(find(view, "freeViewCheckBox").checked, true)
+            compare(find(view, "slamSourceSwitch").checked, false)
+            compare(scene.freeView, true)
+            find(view, "freeViewCheckBox").checked = false
+            find(view, "slamSourceSwitch").checked = true
+        }
+
         function test_theSceneShowsTheCloud() {
             open()
             compare(scene.pointCloud, device.tof3d.pointCloud)
@@ -116,8 +174,15 @@ Item {
             device.deliver("slam", 5, 5, 5)
             compare(camera.position, Qt.vector3d(1, 2, 2))
             compare(camera.viewCenter, Qt.vector3d(1, 2, 3))
+            compare(camera.upVector, Qt.vector3d(0, -1, 0))
+            camera.upVector = Qt.vector3d(1, 0, 0)
             find(view, "freeViewCheckBox").checked = false
             compare(camera.position, Qt.vector3d(5, 5, 4))
+            compare(camera.upVector, Qt.vector3d(0, -1, 0))
+            camera.upVector = Qt.vector3d(1, 0, 0)
+            find(view, "freeViewCheckBox").checked = true
+            compare(camera.upVector, Qt.vector3d(0, -1, 0))
+            find(view, "freeViewCheckBox").checked = false
             device.deliver("slam", 6, 6, 6)
             compare(camera.position, Qt.vector3d(6, 6, 5))
             compare(camera.viewCenter, Qt.vector3d(6, 6, 6))
@@ -130,6 +195,123 @@ Item {
             const axes = device.nodesOf(scene, "CoordinateEntity")
             compare(axes.length, 1)
             device.nodesOf(axes[0], "Line").forEach(function(line) { compare(line.layer, null) })
+        }
+
+        function test_theFrameGraph() {
+            open()
+            const one = function(type) {
+                const found = device.nodesOf(scene, "Qt3DRender::" + type)
+                compare(found.length, 1, type)
+                return found[0]
+            }
+            const viewport = one("QViewport"), surface = one("QRenderSurfaceSelector"), selector = one("QCameraSelector")
+            const cull = one("QFrustumCulling"), clear = one("QClearBuffers")
+            compare(viewport.normalizedRect, Qt.rect(0, 0, 1, 1))
+            verify(surface.parent === viewport)
+            verify(selector.parent === surface)
+            verify(cull.parent === selector)
+            verify(clear.parent === cull)
+            verify(one("QNoDraw").parent === clear)
+            verify(selector.camera === device.node(scene, "mainCamera"))
+            compare(clear.buffers, ClearBuffers.ColorDepthBuffer)
+            verify(Qt.colorEqual(clear.clearColor, "#2d2d2d"))
+            const layers = device.nodesOf(scene, "Qt3DRender::QLayer")
+            const filters = device.nodesOf(cull, "Qt3DRender::QLayerFilter")
+            compare(layers.length, 3)
+            compare(filters.length, 3)
+            filters.forEach(function(filter, i) {
+                compare(filter.layers.length, 1)
+                verify(filter.layers[0] === layers[i])
+            })
+            device.nodesOf(cull, "Qt3DRender::QRenderStateSet").forEach(function(set, i) {
+                verify(set.parent === filters[i + 1])
+                compare(set.renderStates.length, 2)
+                compare(set.renderStates[0].sizeMode, PointSize.Programmable)
+                compare(set.renderStates[1].depthFunction, DepthTest.Less)
+            })
+        }
+
+        function test_theCamera() {
+            open()
+            const camera = device.node(scene, "mainCamera")
+            compare(camera.projectionType, CameraLens.PerspectiveProjection)
+            compare(camera.fieldOfView, 45)
+            fuzzyCompare(camera.nearPlane, 0.01, 1e-6)
+            compare(camera.farPlane, 1000)
+            compare(camera.upVector, Qt.vector3d(0, -1, 0))
+            const controller = device.nodesOf(scene, "Qt3DExtras::QOrbitCameraController")[0]
+            compare(controller.camera, null)
+            fuzzyCompare(controller.linearSpeed, 0.5, 1e-6)
+            fuzzyCompare(controller.lookSpeed, 90, 1e-6)
+            find(view, "freeViewCheckBox").checked = true
+            verify(controller.camera === camera)
+            find(view, "freeViewCheckBox").checked = false
+            compare(controller.camera, null)
+        }
+
+        function test_theEntitiesInTheirOrder() {
+            open()
+            const layers = device.nodesOf(scene, "Qt3DRender::QLayer")
+            const kinds = ["GroundPlane", "CoordinateEntity", "CameraEntity"]
+            const entities = [device.node(scene, "pointcloud")].concat(
+                kinds.map(function(kind) { return device.nodesOf(scene, kind)[0] }))
+            const places = entities.map(function(entity) {
+                verify(entity.parent === scene)
+                for (let i = 0; i < scene.childNodes.length; ++i) {
+                    if (scene.childNodes[i] === entity)
+                        return i
+                }
+                return -1
+            })
+            for (let i = 1; i < places.length; ++i)
+                verify(places[i - 1] >= 0 && places[i - 1] < places[i], String(places))
+            const lines = device.nodesOf(entities[1], "Line")
+            compare(lines.length, 22)
+            lines.forEach(function(line) {
+                verify(line.layer === layers[0])
+                verify(Qt.colorEqual(line.color, "white"))
+                verify(Math.abs(line.p1.x) <= 1 && Math.abs(line.p1.z) <= 1)
+            })
+            compare(entities[1].width, 2)
+            verify(entities[2].layer === layers[0])
+            const frustum = entities[3]
+            compare(frustum.objectName, "slamCamera")
+            verify(Qt.colorEqual(frustum.color, "orange"))
+            verify(frustum.layer === layers[0])
+            device.deliver("slam", 1, 2, 3)
+            compare(frustum.transform.matrix, scene.matrix)
+            compare(frustum.transform.translation, Qt.vector3d(1, 2, 3))
+        }
+
+        function test_thePointsHaveTheirOwnColours() {
+            open()
+            const cloud = device.node(scene, "pointcloud")
+            const parameters = device.nodesOf(cloud, "Qt3DRender::QParameter")
+            compare(parameters.length, 1)
+            compare(parameters[0].name, "pointSize")
+            fuzzyCompare(parameters[0].value, 0.01, 1e-6)
+            const states = device.nodesOf(cloud, "Qt3DRender::QPointSize")
+            verify(states.length > 0)
+            states.forEach(function(state) { fuzzyCompare(state.value, 0.01, 1e-6) })
+            const programs = device.nodesOf(cloud, "Qt3DRender::QShaderProgram")
+            compare(programs.map(function(program) { return String(program.vertexShaderCode) }),
+                    ["", "_es", "_es"].map(function(suffix) {
+                        return device.textOf(":/shaders/pointcloudcolor" + suffix + ".vert")
+                    }))
+            compare(programs.map(function(program) { return String(program.fragmentShaderCode) }),
+                    ["", "_es", "_es"].map(function(suffix) {
+                        return device.textOf(":/shaders/pointcloudcolor" + suffix + ".frag")
+                    }))
+            const renderer = device.nodesOf(cloud, "Qt3DRender::QGeometryRenderer")[0]
+            compare(renderer.primitiveType, GeometryRenderer.Points)
+            verify(renderer.geometry.pointCloud === device.tof3d.pointCloud)
+            compare(device.nodesOf(cloud, "Qt3DRender::QAttribute").map(function(attribute) { return attribute.name }),
+                    ["vertexPosition", "vertexColor"])
+            const layer = device.nodesOf(scene, "Qt3DRender::QLayer")[1]
+            let found = false
+            for (let i = 0; i < cloud.components.length; ++i)
+                found = found || cloud.components[i] === layer
+            verify(found)
         }
 
         function test_aSmallViewShowsTheSceneAlone() {

@@ -3,8 +3,11 @@
 #include "support/FakeSlam.h"
 
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <limits>
+#include <random>
 
 using ::testing::ElementsAre;
 
@@ -34,6 +37,23 @@ TEST(MapData, nullComponentThrows)
     } catch (const std::runtime_error &error) {
         EXPECT_STREQ(error.what(), "Invalid Slam");
     }
+}
+
+TEST(MapData, itsMakingSeedsTheRandomNumbersByTheClock)
+{
+    const auto slam = std::make_shared<FakeSlam>();
+    const auto firstAfter = [](std::time_t seed) {
+        std::srand(static_cast<unsigned int>(seed)); // NOLINT
+        return std::rand(); // NOLINT
+    };
+    const std::time_t before = std::time(nullptr);
+    const MapData data(slam, nullptr);
+    const int drawn = std::rand(); // NOLINT
+    const std::time_t after = std::time(nullptr);
+    bool found = false;
+    for (std::time_t seed = before; seed <= after; ++seed)
+        found = found || drawn == firstAfter(seed);
+    EXPECT_TRUE(found);
 }
 
 TEST(MapData, staysRegisteredForItsLife)
@@ -70,6 +90,28 @@ TEST(MapData, pointsArePackedAndAnnouncedInOrder)
     EXPECT_EQ(data.pointCount(), 2);
     EXPECT_EQ(data.pointCloud()->size(), 2);
     EXPECT_THAT(floats(data.pointCloud()->points()), ElementsAre(1, 2, 3, -4.5F, 5, 6));
+}
+
+TEST(MapData, everyNumberIsNarrowedByItself)
+{
+    auto slam = std::make_shared<FakeSlam>();
+    const MapData data(slam, nullptr);
+    std::mt19937 random(7); // NOLINT: the same maps in each run
+    std::uniform_real_distribution<double> metres(-100, 100);
+    // Larger and smaller ones in turn, and counts that fill no vector register.
+    for (const int count : {1, 3, 1001, 2, 5, 2003}) {
+        std::vector<qv::Vector3> points;
+        std::vector<float> expected;
+        for (int i = 0; i < count; ++i) {
+            points.push_back({metres(random), metres(random), metres(random)});
+            expected.push_back(float(points.back().x));
+            expected.push_back(float(points.back().y));
+            expected.push_back(float(points.back().z));
+        }
+        slam->maps.deliver(map(points));
+        EXPECT_EQ(data.pointCloud()->size(), count);
+        EXPECT_EQ(floats(data.pointCloud()->points()), expected);
+    }
 }
 
 TEST(MapData, emptyMapShowsNoPoints)

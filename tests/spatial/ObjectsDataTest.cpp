@@ -4,6 +4,7 @@
 #include "support/LogCatcher.h"
 #include "support/Wait.h"
 
+#include <QElapsedTimer>
 #include <QJsonObject>
 #include <QTemporaryFile>
 
@@ -49,9 +50,28 @@ TEST(ObjectsData, withoutADetectorEveryOperationIsHarmless)
     data.updateCNNSource();
     data.setModel(QStringLiteral("/nowhere"));
     data.setEnabled(true);
+    QTemporaryFile file;
+    ASSERT_TRUE(file.open());
+    data.setModel(file.fileName());
     const ObjectsData null(nullptr, nullptr);
     EXPECT_EQ(data.source(), ObjectsData::RGB);
+    EXPECT_EQ(data.model(), file.fileName());
     EXPECT_TRUE(data.enabled());
+}
+
+TEST(ObjectsData, withoutADetectorADescriptorIsKeptAndSentNowhere)
+{
+    ObjectsData data;
+    data.setSource(ObjectsData::RGB);
+    data.setModelDescriptor(QStringLiteral("/a"));
+    // Told later, so that the first one's time is over when this one's is.
+    auto detector = std::make_shared<FakeObjectDetector>();
+    ObjectsData other(detector, nullptr);
+    detector->takeCalls();
+    other.setModelDescriptor(QStringLiteral("/b"));
+    ASSERT_TRUE(waitFor([&] { return !detector->calls().empty(); }));
+    EXPECT_EQ(data.modelDescriptor(), QStringLiteral("/a"));
+    EXPECT_EQ(data.source(), ObjectsData::RGB);
 }
 
 TEST(ObjectsData, detectionBecomesAnObjectWithEveryKey)
@@ -141,6 +161,7 @@ TEST(ObjectsData, refusedAndMissingModelsAreLoggedAndKept)
     ASSERT_TRUE(file.open());
     const LogCatcher log;
     data.setModel(file.fileName());
+    EXPECT_EQ(data.model(), file.fileName());
     data.setModel(QStringLiteral("/not/there"));
     EXPECT_EQ(data.model(), QStringLiteral("/not/there"));
     data.setModel(QString());
@@ -148,29 +169,66 @@ TEST(ObjectsData, refusedAndMissingModelsAreLoggedAndKept)
         (QStringList{"warning: Failed to set model", "debug: Model not found:  \"/not/there\""}));
 }
 
-TEST(ObjectsData, descriptorArrivesLaterAndBringsTheSourceBack)
+TEST(ObjectsData, descriptorArrivesASecondAfterTheModel)
 {
     auto detector = std::make_shared<FakeObjectDetector>();
-    detector->sourceResult = 3;
     ObjectsData data(detector, nullptr);
     detector->takeCalls();
+    QTemporaryFile model;
+    ASSERT_TRUE(model.open());
+    QElapsedTimer clock;
+    clock.start();
     data.setModelDescriptor(QStringLiteral("/a"));
     data.setModelDescriptor(QStringLiteral("/b"));
-    EXPECT_THAT(detector->calls(), IsEmpty());
-    ASSERT_TRUE(waitFor([&] { return detector->calls().size() == 2; }));
-    EXPECT_THAT(detector->calls(), ElementsAre("setDescriptor(/b)", "setDescriptor(/b)"));
-    EXPECT_EQ(data.source(), ObjectsData::TOF);
+    data.setModel(model.fileName());
+    const std::string modelCall = "setModel(" + model.fileName().toStdString() + ")";
+    EXPECT_THAT(detector->calls(), ElementsAre(modelCall));
+    ASSERT_TRUE(waitFor([&] { return detector->calls().size() > 1; }));
+    EXPECT_GE(clock.elapsed(), 950);
+    ASSERT_TRUE(waitFor([&] { return detector->calls().size() == 3; }));
+    EXPECT_THAT(detector->calls(), ElementsAre(modelCall, "setDescriptor(/b)", "setDescriptor(/b)"));
 }
 
-TEST(ObjectsData, unknownSourceOfTheDetectorLeavesOursAlone)
+TEST(ObjectsData, detectorsSourceIsReadBackWhateverItAnswers)
+{
+    struct Row {
+        int answer;
+        ObjectsData::Source source;
+    };
+    const std::vector<Row> rows{{0, ObjectsData::Left}, {1, ObjectsData::Right}, {2, ObjectsData::RGB},
+        {3, ObjectsData::TOF}, {4, ObjectsData::SGBM}, {-1, ObjectsData::SGBM}, {255, ObjectsData::SGBM}};
+    std::vector<std::shared_ptr<FakeObjectDetector>> detectors;
+    std::vector<std::unique_ptr<ObjectsData>> models;
+    std::vector<std::unique_ptr<QSignalSpy>> changes;
+    for (const Row &row : rows) {
+        detectors.push_back(std::make_shared<FakeObjectDetector>());
+        detectors.back()->sourceResult = row.answer;
+        detectors.back()->descriptorResult = false;
+        models.push_back(std::make_unique<ObjectsData>(detectors.back(), nullptr));
+        models.back()->setSource(ObjectsData::SGBM);
+        detectors.back()->takeCalls();
+        changes.push_back(std::make_unique<QSignalSpy>(models.back().get(), &ObjectsData::sourceChanged));
+        models.back()->setModelDescriptor(QStringLiteral("/a"));
+    }
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        ASSERT_TRUE(waitFor([&] { return !detectors[i]->calls().empty(); }));
+        EXPECT_EQ(models[i]->source(), rows[i].source) << rows[i].answer;
+        EXPECT_EQ(changes[i]->count(), rows[i].source == ObjectsData::SGBM ? 0 : 1) << rows[i].answer;
+    }
+}
+
+TEST(ObjectsData, refusedSourceStaysOurs)
 {
     auto detector = std::make_shared<FakeObjectDetector>();
+    detector->setSourceResult = false;
     ObjectsData data(detector, nullptr);
-    data.setSource(ObjectsData::Right);
     detector->takeCalls();
-    data.setModelDescriptor(QStringLiteral("/a"));
-    ASSERT_TRUE(waitFor([&] { return !detector->calls().empty(); }));
-    EXPECT_EQ(data.source(), ObjectsData::Right);
+    data.setSource(ObjectsData::Left);
+    const LogCatcher log;
+    data.updateCNNSource();
+    EXPECT_THAT(detector->calls(), ElementsAre("setSource(0)"));
+    EXPECT_EQ(data.source(), ObjectsData::Left);
+    EXPECT_EQ(log.lines(), QStringList());
 }
 
 TEST(ObjectsData, emptyDescriptorIsTheWordEmptyAndCountsAsAChangeEachTime)

@@ -31,6 +31,12 @@ QMatrix3x3 aboutY(double degrees)
     return QMatrix3x3(rows);
 }
 
+QMatrix3x3 diagonal(float a, float b, float c)
+{
+    const float rows[]{a, 0, 0, 0, b, 0, 0, 0, c};
+    return QMatrix3x3(rows);
+}
+
 } // namespace
 
 TEST(OrientationData, firstIdentityEmitsNothing)
@@ -88,15 +94,42 @@ TEST(OrientationData, anglesSetByHandTouchNothingElse)
     EXPECT_TRUE(data.matrix().isIdentity());
 }
 
+TEST(OrientationData, identityAfterAnotherRotationLooksAlongZ)
+{
+    OrientationData data;
+    data.setMatrix(aboutY(90));
+    const Signals emitted(data);
+    data.setMatrix(QMatrix3x3());
+    EXPECT_THAT(emitted.names, ElementsAre("matrix", "quaternion", "yaw", "viewVector"));
+    EXPECT_EQ(data.viewVector(), QVector3D(0, 0, 1));
+    EXPECT_EQ(data.yaw(), 0);
+}
+
+// With the trace 7 the quaternion's scalar is sqrt(7 + 1) / 2, and the view is as long as its square.
 TEST(OrientationData, whatIsNoRotationIsTakenAllTheSame)
 {
     OrientationData data;
-    QMatrix3x3 stretched;
-    stretched(0, 0) = 5;
     const Signals emitted(data);
-    data.setMatrix(stretched);
-    EXPECT_EQ(emitted.names.front(), "matrix");
+    data.setMatrix(diagonal(5, 1, 1));
+    EXPECT_THAT(emitted.names, ElementsAre("matrix", "quaternion", "viewVector"));
     EXPECT_EQ(data.matrix()(0, 0), 5.0F);
+    EXPECT_NEAR(data.quaternion().scalar(), 1.41421, 1e-5);
+    EXPECT_EQ(data.quaternion().vector(), QVector3D());
+    EXPECT_NEAR(data.viewVector().z(), 2, 1e-5);
+    EXPECT_EQ(data.viewVector().x(), 0);
+}
+
+TEST(OrientationData, sameQuaternionFromAnotherMatrixComputesNothing)
+{
+    OrientationData data;
+    data.setMatrix(diagonal(5, 1, 1));
+    data.setRoll(7);
+    data.setViewVector(QVector3D(1, 2, 3));
+    const Signals emitted(data);
+    data.setMatrix(diagonal(1, 5, 1));
+    EXPECT_THAT(emitted.names, ElementsAre("matrix"));
+    EXPECT_EQ(data.roll(), 7);
+    EXPECT_EQ(data.viewVector(), QVector3D(1, 2, 3));
 }
 
 TEST(OrientationData, aNotANumberAlwaysCountsAsAChange)
@@ -107,6 +140,7 @@ TEST(OrientationData, aNotANumberAlwaysCountsAsAChange)
     data.setMatrix(broken);
     const Signals emitted(data);
     data.setMatrix(broken);
+    ASSERT_FALSE(emitted.names.empty());
     EXPECT_EQ(emitted.names.front(), "matrix");
 }
 

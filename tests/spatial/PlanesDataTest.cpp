@@ -3,6 +3,7 @@
 #include "support/FakeSlam.h"
 
 #include <QJsonObject>
+#include <cmath>
 
 using ::testing::ElementsAre;
 
@@ -68,6 +69,9 @@ TEST(PlanesData, paletteStandsInItsOrder)
         EXPECT_EQ(colorOf(std::to_string(i)), QLatin1String(names[i])) << i;
     EXPECT_EQ(colorOf("21"), colorOf("3"));
     EXPECT_EQ(colorOf("not a number"), colorOf("0"));
+    EXPECT_EQ(colorOf("99999999999"), colorOf("0")); // more than an int holds
+    EXPECT_EQ(colorOf("0x3"), colorOf("0"));
+    EXPECT_EQ(colorOf(""), colorOf("0"));
     EXPECT_EQ(colorOf("-1"), colorOf("17"));
     EXPECT_EQ(colorOf("-18"), colorOf("0"));
 }
@@ -101,6 +105,24 @@ TEST(PlanesData, planeWithoutPointsHasAnEmptyOutline)
     slam->tofPlanes.deliver(planes({{"1", {}}}));
     EXPECT_TRUE(data.tofPlanes()[0].toObject()["points"].isArray());
     EXPECT_TRUE(data.tofPlanes()[0].toObject()["points"].toArray().isEmpty());
+}
+
+TEST(PlanesData, pointsThatAreNoNumbersPassAndRepeatWithoutASignal)
+{
+    auto slam = std::make_shared<FakeSlam>();
+    const PlanesData data(slam, nullptr);
+    const QSignalSpy changed(&data, &PlanesData::tofPlanesChanged);
+    const double nan = std::nan("");
+    for (int i = 0; i < 2; ++i)
+        slam->tofPlanes.deliver(planes({{"1", {{nan, INFINITY, -INFINITY}, {1, 2, 3}}}}));
+    ASSERT_EQ(data.tofPlanes().size(), 1);
+    const QJsonArray points = data.tofPlanes()[0].toObject()["points"].toArray();
+    ASSERT_EQ(points.size(), 2);
+    EXPECT_TRUE(std::isnan(points[0].toArray()[0].toDouble()));
+    EXPECT_EQ(points[0].toArray()[1].toDouble(), INFINITY);
+    EXPECT_EQ(points[0].toArray()[2].toDouble(), -INFINITY);
+    EXPECT_EQ(points[1].toArray(), (QJsonArray{1, 2, 3}));
+    EXPECT_EQ(changed.count(), 1);
 }
 
 TEST(PlanesData, clearEmptiesOnlyWhenTheLibraryAgrees)

@@ -2,6 +2,9 @@
 #include "spatial/PointCloudGeometry.h"
 
 #include <Qt3DRender/QAttribute>
+#include <chrono>
+#include <future>
+#include <utility>
 
 using Qt3DRender::QAttribute;
 using ::testing::ElementsAre;
@@ -44,6 +47,46 @@ TEST(PointCloudColor, equalColorsAreDroppedAndEqualPointsAreNot)
     EXPECT_EQ(cloud.colors(), triples({0, 1, 0}));
 }
 
+// A slot at the signal finds the array locked for every other thread, and the other array free.
+TEST(PointCloudColor, signalsLeaveUnderTheLockOfTheirArray)
+{
+    PointCloudColor cloud;
+    const auto readable = [](auto read) {
+        auto reading = std::async(std::launch::async, read);
+        const bool ready = reading.wait_for(std::chrono::milliseconds(50)) == std::future_status::ready;
+        return std::pair(ready, std::move(reading));
+    };
+    std::vector<std::future<QByteArray>> readers;
+    int signalled = 0;
+    const auto look = [&](bool pointsFree, bool colorsFree) {
+        ++signalled;
+        auto [pointsReady, points] = readable([&] { return cloud.points(); });
+        auto [colorsReady, colors] = readable([&] { return cloud.colors(); });
+        EXPECT_EQ(pointsReady, pointsFree);
+        EXPECT_EQ(colorsReady, colorsFree);
+        readers.push_back(std::move(points));
+        readers.push_back(std::move(colors));
+    };
+    QObject::connect(&cloud, &PointCloudColor::pointsChanged, [&] { look(false, true); });
+    QObject::connect(&cloud, &PointCloudColor::colorsChanged, [&] { look(true, false); });
+    cloud.setPoints(triples({1, 2, 3}));
+    cloud.setColors(triples({0, 1, 0}));
+    EXPECT_EQ(signalled, 2);
+    ASSERT_EQ(readers.size(), 4U);
+    EXPECT_EQ(readers[0].get(), triples({1, 2, 3})); // who waited reads what was set
+    EXPECT_EQ(readers[3].get(), triples({0, 1, 0}));
+}
+
+TEST(PointCloudColor, colorsOfTheSameLengthAreComparedByteByByte)
+{
+    PointCloudColor cloud;
+    const QSignalSpy colors(&cloud, &PointCloudColor::colorsChanged);
+    cloud.setColors(triples({0, 1, 0}));
+    cloud.setColors(triples({0, 1, 1}));
+    cloud.setColors(triples({0, 1, 1, 0, 0, 0}));
+    EXPECT_EQ(colors.count(), 3);
+}
+
 TEST(PointCloudGeometry, emptyHolderGivesOneAttributeOfCountZero)
 {
     PointCloud cloud;
@@ -70,6 +113,8 @@ TEST(PointCloudGeometry, attributeHasTheLayoutOfTheHolder)
     EXPECT_EQ(attribute->byteOffset(), 0U);
     EXPECT_EQ(attribute->count(), 2U);
     EXPECT_EQ(attribute->buffer()->data(), cloud.points());
+    EXPECT_EQ(attribute->buffer()->property("type").toInt(), 0x8892); // GL_ARRAY_BUFFER
+    EXPECT_EQ(attribute->buffer()->parent(), &geometry);
 }
 
 TEST(PointCloudGeometry, updateOfTheHolderMovesBufferAndCount)
@@ -126,6 +171,23 @@ TEST(PointCloudGeometry, aSizeAheadOfThePointsReadsNoForeignMemory)
     EXPECT_TRUE(attribute->buffer()->data().startsWith(triples({1, 2, 3})));
 }
 
+// The writer's thread may set the size of its next frame at any time.
+TEST(PointCloudGeometry, aSizeThatComesInTheMiddleOfAnUpdateWaitsForTheNext)
+{
+    PointCloud cloud;
+    cloud.setPoints(triples({1, 2, 3}));
+    cloud.setSize(1);
+    PointCloudGeometry geometry;
+    geometry.setPointCloud(&cloud);
+    const QAttribute *attribute = geometry.attributes().first();
+    cloud.setPoints(triples({4, 5, 6}));
+    QObject::connect(attribute->buffer(), &Qt3DRender::QBuffer::dataChanged, [&] { cloud.setSize(20000); });
+    emit cloud.update();
+    EXPECT_EQ(cloud.size(), 20000);
+    EXPECT_EQ(attribute->count(), 1U);
+    EXPECT_EQ(attribute->buffer()->data(), triples({4, 5, 6}));
+}
+
 TEST(PointCloudGeometry, aHolderThatDiesIsForgotten)
 {
     auto cloud = std::make_unique<PointCloud>();
@@ -149,6 +211,113 @@ TEST(PointCloudColorGeometry, twoAttributesOfWhichThePositionsBoundTheVolume)
     EXPECT_EQ(geometry.attributes()[1]->count(), 1U);
     EXPECT_EQ(geometry.attributes()[1]->buffer()->data(), triples({0, 0.5F, 1}));
     EXPECT_EQ(geometry.boundingVolumePositionAttribute(), geometry.attributes()[0]);
+}
+
+TEST(PointCloudColorGeometry, bothAttributesHaveTheLayoutOfTheHolder)
+{
+    PointCloudColor cloud;
+    cloud.setPoints(triples({1, 2, 3, 4, 5, 6}));
+    cloud.setColors(triples({0, 0, 0, 1, 1, 1}));
+    cloud.setSize(2);
+    PointCloudColorGeometry geometry;
+    geometry.setPointCloud(&cloud);
+    ASSERT_EQ(geometry.attributes().size(), 2);
+    for (const QAttribute *attribute : geometry.attributes()) {
+        EXPECT_EQ(attribute->vertexBaseType(), QAttribute::Float);
+        EXPECT_EQ(attribute->vertexSize(), 3U);
+        EXPECT_EQ(attribute->attributeType(), QAttribute::VertexAttribute);
+        EXPECT_EQ(attribute->byteStride(), 12U);
+        EXPECT_EQ(attribute->byteOffset(), 0U);
+        EXPECT_EQ(attribute->count(), 2U);
+        EXPECT_EQ(attribute->buffer()->property("type").toInt(), 0x8892); // GL_ARRAY_BUFFER
+        EXPECT_EQ(attribute->buffer()->parent(), &geometry);
+    }
+    EXPECT_EQ(geometry.attributes()[0]->buffer()->data(), cloud.points());
+    EXPECT_NE(geometry.attributes()[0]->buffer(), geometry.attributes()[1]->buffer());
+}
+
+TEST(PointCloudColorGeometry, emptyHolderGivesTwoAttributesOfCountZero)
+{
+    PointCloudColor cloud;
+    PointCloudColorGeometry geometry;
+    geometry.setPointCloud(&cloud);
+    ASSERT_EQ(geometry.attributes().size(), 2);
+    EXPECT_EQ(geometry.attributes()[0]->count(), 0U);
+    EXPECT_EQ(geometry.attributes()[1]->count(), 0U);
+}
+
+TEST(PointCloudColorGeometry, updateOfTheHolderMovesBuffersAndCounts)
+{
+    PointCloudColor cloud;
+    PointCloudColorGeometry geometry;
+    geometry.setPointCloud(&cloud);
+    const QVector<QAttribute *> attributes = geometry.attributes();
+    cloud.setPoints(triples({1, 2, 3}));
+    cloud.setColors(triples({0, 0.5F, 1}));
+    cloud.setSize(1);
+    EXPECT_EQ(attributes[0]->count(), 0U);
+    emit cloud.update();
+    EXPECT_EQ(geometry.attributes(), attributes);
+    EXPECT_EQ(attributes[0]->count(), 1U);
+    EXPECT_EQ(attributes[1]->count(), 1U);
+    EXPECT_EQ(attributes[0]->buffer()->data(), triples({1, 2, 3}));
+    EXPECT_EQ(attributes[1]->buffer()->data(), triples({0, 0.5F, 1}));
+}
+
+TEST(PointCloudColorGeometry, sameHolderTwiceSignalsOnceAndAnotherTakesItsPlace)
+{
+    PointCloudColor first;
+    PointCloudColor second;
+    second.setSize(1);
+    second.setPoints(triples({7, 8, 9}));
+    PointCloudColorGeometry geometry;
+    const QSignalSpy changed(&geometry, &PointCloudColorGeometry::pointCloudChanged);
+    geometry.setPointCloud(&first);
+    geometry.setPointCloud(&first);
+    EXPECT_EQ(changed.count(), 1);
+    geometry.setPointCloud(&second);
+    EXPECT_EQ(changed.count(), 2);
+    EXPECT_EQ(geometry.attributes()[0]->buffer()->data(), triples({7, 8, 9}));
+    first.setPoints(triples({1, 2, 3}));
+    emit first.update();
+    EXPECT_EQ(geometry.attributes()[0]->buffer()->data(), triples({7, 8, 9}));
+}
+
+TEST(PointCloudColorGeometry, nullHolderLeavesTheOldPointsOnScreen)
+{
+    PointCloudColor cloud;
+    cloud.setPoints(triples({1, 2, 3}));
+    cloud.setColors(triples({0, 0.5F, 1}));
+    cloud.setSize(1);
+    PointCloudColorGeometry geometry;
+    geometry.setPointCloud(&cloud);
+    const QSignalSpy changed(&geometry, &PointCloudColorGeometry::pointCloudChanged);
+    geometry.setPointCloud(nullptr);
+    EXPECT_EQ(changed.count(), 1);
+    cloud.setSize(0);
+    emit cloud.update();
+    for (const QAttribute *attribute : geometry.attributes())
+        EXPECT_EQ(attribute->count(), 1U);
+    EXPECT_EQ(geometry.attributes()[0]->buffer()->data(), triples({1, 2, 3}));
+}
+
+TEST(PointCloudColorGeometry, aSizeThatComesInTheMiddleOfAnUpdateWaitsForTheNext)
+{
+    PointCloudColor cloud;
+    cloud.setPoints(triples({1, 2, 3}));
+    cloud.setColors(triples({0, 0, 0}));
+    cloud.setSize(1);
+    PointCloudColorGeometry geometry;
+    geometry.setPointCloud(&cloud);
+    const QVector<QAttribute *> attributes = geometry.attributes();
+    cloud.setPoints(triples({4, 5, 6}));
+    QObject::connect(
+        attributes[0]->buffer(), &Qt3DRender::QBuffer::dataChanged, [&] { cloud.setSize(20000); });
+    emit cloud.update();
+    EXPECT_EQ(cloud.size(), 20000);
+    EXPECT_EQ(attributes[0]->count(), 1U);
+    EXPECT_EQ(attributes[1]->count(), 1U);
+    EXPECT_EQ(attributes[1]->buffer()->data().size(), 12);
 }
 
 TEST(PointCloudColorGeometry, unchangedColoursStillReachTheBufferByUpdate)

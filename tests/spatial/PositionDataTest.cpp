@@ -1,5 +1,7 @@
 #include "spatial/PositionData.h"
 
+#include "spatial/Exactly.h"
+
 using ::testing::ElementsAre;
 
 namespace {
@@ -71,8 +73,47 @@ TEST(PositionData, eachComponentHasItsSetter)
     PositionData data;
     const Signals emitted(data);
     data.setX(1);
+    EXPECT_EQ(data.vector(), QVector3D(1, 0, 0));
     data.setY(2);
+    EXPECT_EQ(data.vector(), QVector3D(1, 2, 0));
     data.setZ(3);
     EXPECT_EQ(data.vector(), QVector3D(1, 2, 3));
-    EXPECT_EQ(emitted.names.size(), 12U);
+    EXPECT_THAT(emitted.names,
+        ElementsAre("vector", "x", "y", "z", "vector", "x", "y", "z", "vector", "x", "y", "z"));
+}
+
+TEST(PositionData, eachSetterOfAComponentDropsWhatIsFuzzilyEqual)
+{
+    PositionData data;
+    data.set(0.5000001, 0.5000001, 0.5000001);
+    const QVector3D before = data.vector();
+    ASSERT_NE(data.y(), 0.5);
+    const Signals emitted(data);
+    data.setX(0.5);
+    data.setY(0.5);
+    data.setZ(0.5);
+    EXPECT_TRUE(emitted.names.empty());
+    EXPECT_TRUE(exactly::equal(data.vector(), before));
+    data.setZ(0.50001); // further off than a part in a hundred thousand
+    EXPECT_THAT(emitted.names, ElementsAre("vector", "x", "y", "z"));
+}
+
+TEST(PositionData, zeroIsNeverFuzzilyEqualToAnything)
+{
+    PositionData data;
+    const Signals emitted(data);
+    data.setY(1e-30);
+    EXPECT_THAT(emitted.names, ElementsAre("vector", "x", "y", "z"));
+}
+
+TEST(PositionData, signalsCarryWhatIsStored)
+{
+    PositionData data;
+    const QSignalSpy vector(&data, &PositionData::vectorChanged);
+    const QSignalSpy y(&data, &PositionData::yChanged);
+    data.set(1, 0.1, 3);
+    ASSERT_EQ(vector.count(), 1);
+    EXPECT_EQ(vector.first().first().value<QVector3D>(), QVector3D(1, 0.1F, 3));
+    ASSERT_EQ(y.count(), 1);
+    EXPECT_EQ(y.first().first().toDouble(), double(0.1F));
 }

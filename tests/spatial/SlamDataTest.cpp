@@ -1,10 +1,9 @@
-#include "spatial/SlamData.h"
+#include "spatial/SlamFixture.h"
 
-#include "support/FakeSlam.h"
-#include "support/LogCatcher.h"
-#include "support/Wait.h"
+#include "support/FakeDevice.h"
+#include "support/FakeOwner.h"
+#include "support/Timers.h"
 
-#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <cmath>
@@ -30,41 +29,6 @@ qv::Pose turned()
     pose.rotation = {0, 0, 1, 0, 1, 0, -1, 0, 0};
     return pose;
 }
-
-/// Gives the process a temporary folder of its own for as long as it lives.
-class TemporaryMapFolder {
-public:
-    TemporaryMapFolder()
-        : m_before(qgetenv("TMPDIR"))
-    {
-        qputenv("TMPDIR", m_folder.path().toLocal8Bit());
-    }
-    ~TemporaryMapFolder()
-    {
-        if (m_before.isEmpty())
-            qunsetenv("TMPDIR");
-        else
-            qputenv("TMPDIR", m_before);
-    }
-    QString map() const { return m_folder.filePath(QStringLiteral("loopclosure.map")); }
-    void writeMap(const QString &path, const QByteArray &bytes) const
-    {
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
-    }
-    QString path(const QString &name) const { return m_folder.filePath(name); }
-
-private:
-    QTemporaryDir m_folder;
-    QByteArray m_before;
-};
-
-class Slam : public ::testing::Test {
-protected:
-    std::shared_ptr<FakeSlam> slam = std::make_shared<FakeSlam>();
-    std::unique_ptr<SlamData> data = std::make_unique<SlamData>(slam, nullptr);
-};
 
 } // namespace
 
@@ -204,6 +168,11 @@ TEST_F(Slam, lostStartsTrueAndFollowsLossAndPose)
     slam->lost.deliver();
     EXPECT_TRUE(data->lost());
     EXPECT_EQ(changed.count(), 2);
+    slam->deliver(at(0, 0, 0));
+    EXPECT_EQ(changed.count(), 3);
+    slam->deliver(at(1, 0, 0));
+    EXPECT_FALSE(data->lost());
+    EXPECT_EQ(changed.count(), 3);
 }
 
 TEST_F(Slam, overrateIsHandledOnEveryPoseWhileTheRateIsAboveSixHundred)
@@ -212,18 +181,19 @@ TEST_F(Slam, overrateIsHandledOnEveryPoseWhileTheRateIsAboveSixHundred)
     slam->takeCalls();
     for (int i = 0; i < 600; ++i)
         slam->deliver(at(0, 0, 0));
-    ASSERT_TRUE(waitFor([this] { return data->dataFrameRate() >= 1; }));
-    if (data->dataFrameRate() == 600.0) { // a timer event in mid-burst splits the count
+    fireTimers(*data);
+    ASSERT_EQ(data->dataFrameRate(), 600);
+    for (int i = 0; i < 601; ++i)
         slam->deliver(at(0, 0, 0));
-        EXPECT_THAT(slam->takeCalls(), IsEmpty());
-    }
-    for (int i = 0; i < 4000; ++i)
-        slam->deliver(at(0, 0, 0));
-    ASSERT_TRUE(waitFor([this] { return data->dataFrameRate() > 600; }));
-    slam->takeCalls();
+    EXPECT_THAT(slam->takeCalls(), IsEmpty());
+    fireTimers(*data);
+    ASSERT_EQ(data->dataFrameRate(), 601);
     slam->deliver(at(0, 0, 0));
     slam->deliver(at(0, 0, 0));
     EXPECT_THAT(slam->takeCalls(), ElementsAre("handleOverrate", "handleOverrate"));
+    fireTimers(*data);
+    slam->deliver(at(0, 0, 0));
+    EXPECT_THAT(slam->takeCalls(), IsEmpty());
 }
 
 TEST_F(Slam, enabledStartsAndStopsWithoutCallbacks)
@@ -256,18 +226,50 @@ TEST_F(Slam, settersStoreAndSignalOnAChange)
     EXPECT_EQ(localized.count(), 1);
 }
 
+TEST_F(Slam, predictionReachesTheDeviceFromWhicheverSourceItIsSetOn)
+{
+    const auto device = std::make_shared<FakeDeviceEx>();
+    FakeOwner owner;
+    owner.held = device;
+    SlamData host(slam, &owner);
+    SlamData edge(std::make_shared<FakeSlam>(), &owner);
+    host.setPrediction(400);
+    host.setPrediction(400);
+    edge.setPrediction(-20);
+    EXPECT_THAT(device->takeCalls(), ElementsAre("setEdgePrediction(400)", "setEdgePrediction(-20)"));
+    EXPECT_EQ(host.prediction(), 400);
+}
+
+TEST_F(Slam, predictionStaysHereWhereTheDeviceKnowsNone)
+{
+    const auto device = std::make_shared<FakeDevice>();
+    FakeOwner owner;
+    owner.held = device;
+    SlamData host(slam, &owner);
+    const QSignalSpy changed(&host, &SlamData::predictionChanged);
+    host.setPrediction(400);
+    EXPECT_EQ(changed.count(), 1);
+    EXPECT_EQ(host.prediction(), 400);
+    EXPECT_THAT(device->takeCalls(), IsEmpty());
+}
+
+TEST_F(Slam, predictionIsAnnouncedBeforeItReachesTheDevice)
+{
+    const auto device = std::make_shared<FakeDeviceEx>();
+    FakeOwner owner;
+    owner.held = device;
+    SlamData host(slam, &owner);
+    QObject::connect(&host, &SlamData::predictionChanged, [&] { device->log->add("announced"); });
+    host.setPrediction(1);
+    EXPECT_THAT(device->takeCalls(), ElementsAre("announced", "setEdgePrediction(1)"));
+}
+
 TEST_F(Slam, pauseAndResumeAnswerWhatTheLibraryAnswers)
 {
     slam->resumeResult = false;
     EXPECT_TRUE(data->pause());
     EXPECT_FALSE(data->resume());
     EXPECT_THAT(slam->takeCalls(), ElementsAre("pause", "resume"));
-}
-
-TEST_F(Slam, visualOdometryRestarts)
-{
-    data->visualOdometry();
-    EXPECT_THAT(slam->takeCalls(), ElementsAre("stop", "start"));
 }
 
 TEST_F(Slam, recordingHasTheHeaderAndOneLineAPose)
@@ -296,159 +298,27 @@ TEST_F(Slam, recordingHasTheHeaderAndOneLineAPose)
                    "12.345679,9876543210,1.23457,-2,1.23457e+06,0.1,-0.25,0,0.9,1,\n"));
 }
 
-TEST_F(Slam, mapPathLiesInTheTemporaryFolder)
+TEST_F(Slam, poseIsRecordedAfterItsConfidenceAndBeforeItIsFound)
 {
-    EXPECT_EQ(data->getMapPath(), QDir::tempPath() + QLatin1String("/loopclosure.map"));
-}
-
-TEST_F(Slam, savedMapIsWrittenByTheLibraryAndClosedWhenItIsDone)
-{
-    const TemporaryMapFolder folder;
-    const QSignalSpy finished(data.get(), &SlamData::loopClosureFinished);
-    const LogCatcher log;
-    data->loopClosure();
-    ASSERT_TRUE(slam->saveStream);
-    slam->saveStream->sputn("a map", 5);
-    slam->saveProgress(0.5F);
-    slam->saveDone(1, 90);
-    EXPECT_EQ(finished.count(), 1);
-    QFile file(folder.map());
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_EQ(file.readAll(), QByteArray("a map"));
-    EXPECT_EQ(log.lines(),
-        (QStringList{QStringLiteral("debug: Save map to \"%1\"").arg(folder.map()),
-            QStringLiteral("debug: loopClosureDone status:  1 quality:  90")}));
-}
-
-TEST_F(Slam, secondSaveWhileOneRunsStillCallsTheLibrary)
-{
-    const TemporaryMapFolder folder;
-    data->loopClosure();
-    data->loopClosure();
-    EXPECT_THAT(slam->takeCalls(), ElementsAre("saveMapAndSwitchToCslam", "saveMapAndSwitchToCslam"));
-    slam->saveDone(0, 0);
-}
-
-TEST_F(Slam, saveThatEndsAfterTheModelStillHasItsFile)
-{
-    const TemporaryMapFolder folder;
-    data->loopClosure();
-    data.reset();
-    EXPECT_EQ(slam->saveStream->sputn("late", 4), 4);
-    slam->saveDone(0, 0);
-    QFile file(folder.map());
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_EQ(file.readAll(), QByteArray("late"));
-}
-
-TEST_F(Slam, loadWithoutAFileFails)
-{
-    const TemporaryMapFolder folder;
-    const LogCatcher log;
-    EXPECT_FALSE(data->loadMap());
-    EXPECT_FALSE(data->loadMap(QString()));
-    EXPECT_FALSE(data->loadMap(QStringLiteral("/not/there")));
-    const QString line = QStringLiteral("warning: \"%1\" does not exists").arg(folder.map());
-    EXPECT_EQ(log.lines(), (QStringList{line, line, line}));
-    EXPECT_THAT(slam->calls(), IsEmpty());
-}
-
-TEST_F(Slam, loadedMapIsReadByTheLibraryAndLoadedAgainByAReset)
-{
-    const TemporaryMapFolder folder;
-    folder.writeMap(folder.map(), "bytes");
-    const LogCatcher log;
-    EXPECT_TRUE(data->loadMap(QStringLiteral("/not/there")));
-    char read[6]{};
-    EXPECT_EQ(slam->loadStream->sgetn(read, 5), 5);
-    EXPECT_STREQ(read, "bytes");
-    slam->loadDone(77);
-    EXPECT_EQ(log.lines(),
-        (QStringList{QStringLiteral("debug: Load map  \"%1\"").arg(folder.map()),
-            QStringLiteral("debug:  map (quality is  77 /100) and switch to CSlam:")}));
-    slam->takeCalls();
-    data->reset();
-    EXPECT_THAT(slam->takeCalls(), ElementsAre("reset", "loadMapAndSwitchToCslam"));
-    slam->loadDone(77);
-    data->visualOdometry();
-    slam->takeCalls();
-    data->reset();
-    EXPECT_THAT(slam->takeCalls(), ElementsAre("reset"));
-}
-
-TEST_F(Slam, givenPathIsTakenWhereItExists)
-{
-    const TemporaryMapFolder folder;
-    const QString other = folder.path(QStringLiteral("other.map"));
-    folder.writeMap(other, "other");
-    EXPECT_TRUE(data->loadMap(other));
-    char read[6]{};
-    slam->loadStream->sgetn(read, 5);
-    EXPECT_STREQ(read, "other");
-    slam->loadDone(0);
-}
-
-TEST_F(Slam, secondLoadInTheProcessFailsWhileOneIsUnderWay)
-{
-    const TemporaryMapFolder folder;
-    folder.writeMap(folder.map(), "bytes");
-    SlamData other(std::make_shared<FakeSlam>(), nullptr);
-    EXPECT_TRUE(data->loadMap());
-    const LogCatcher log;
-    EXPECT_FALSE(other.loadMap());
-    EXPECT_EQ(log.lines().last(), QStringLiteral("debug: open  \"%1\"  failed.").arg(folder.map()));
-    slam->loadDone(0);
-}
-
-TEST_F(Slam, unreadableMapFailsAndTheNextTryWorks)
-{
-    const TemporaryMapFolder folder;
-    ASSERT_TRUE(QDir().mkdir(folder.map())); // exists, and can't be opened as a file for reading bytes
-    data->loadMap();
-    if (slam->loadDone)
-        slam->loadDone(0);
-    ASSERT_TRUE(QDir().rmdir(folder.map()));
-    folder.writeMap(folder.map(), "bytes");
-    EXPECT_TRUE(data->loadMap());
-    slam->loadDone(0);
-}
-
-TEST_F(Slam, refusedLoadIsRefused)
-{
-    const TemporaryMapFolder folder;
-    folder.writeMap(folder.map(), "bytes");
-    slam->loadResult = false;
-    EXPECT_FALSE(data->loadMap());
-    slam->loadDone(0);
-    slam->takeCalls();
-    data->reset();
-    EXPECT_THAT(slam->takeCalls(), ElementsAre("reset"));
-}
-
-TEST_F(Slam, progressIsTakenOnEveryHundredthCallAcrossLoadsAndInstances)
-{
-    const TemporaryMapFolder folder;
-    folder.writeMap(folder.map(), "bytes");
-    ASSERT_TRUE(data->loadMap());
-    const QSignalSpy changed(data.get(), &SlamData::localizedPercentChanged);
-    float share = 0.05F;
-    int calls = 0;
-    while (changed.isEmpty() && calls < 100) {
-        share += 0.001F;
-        slam->loadProgress(share);
-        ++calls;
-    }
-    ASSERT_EQ(changed.count(), 1);
-    EXPECT_EQ(data->localizedPercent(), int(share * 100.0F));
-    for (int i = 0; i < 99; ++i)
-        slam->loadProgress(0.999F);
-    EXPECT_EQ(changed.count(), 1);
-    slam->loadProgress(0.999F);
-    EXPECT_EQ(data->localizedPercent(), 99);
-    for (int i = 0; i < 100; ++i)
-        slam->loadProgress(std::nanf(""));
-    EXPECT_EQ(data->localizedPercent(), 0);
-    slam->loadDone(0);
+    const QTemporaryDir folder;
+    data->control(true);
+    const auto linesOf = [&](const QString &name, auto signal) {
+        const QString path = folder.filePath(name);
+        data->setRecordPath(path);
+        data->setRecording(true);
+        slam->lost.deliver();
+        const QObject context;
+        QObject::connect(data.get(), signal, &context, [&] { data->setRecording(false); });
+        qv::Pose pose;
+        pose.confidence = data->confidence() + 0.25;
+        slam->deliver(pose);
+        data->setRecording(false);
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? int(file.readAll().count('\n')) : -1;
+    };
+    // Who ends the recording at a signal cuts off what comes after it; the header is a line.
+    EXPECT_EQ(linesOf(QStringLiteral("confidence.csv"), &SlamData::confidenceChanged), 1);
+    EXPECT_EQ(linesOf(QStringLiteral("lost.csv"), &SlamData::lostChanged), 2);
 }
 
 TEST_F(Slam, brokenPosesDoNoHarm)
@@ -460,9 +330,36 @@ TEST_F(Slam, brokenPosesDoNoHarm)
         pose.rotation.fill(value);
         pose.confidence = value;
         slam->deliver(pose);
+        EXPECT_FALSE(std::isfinite(data->position()->x())) << value;
     }
     slam->deliver(at(1, 2, 3));
     EXPECT_EQ(data->position()->vector(), QVector3D(1, 2, 3));
+}
+
+TEST_F(Slam, brokenPosesStayOutOfTheDistance)
+{
+    const double values[]{std::nan(""), INFINITY, -INFINITY, 1e300};
+    data->control(true);
+    const QSignalSpy changed(data.get(), &SlamData::distanceChanged);
+    for (const double value : values)
+        slam->deliver(at(0, value, 0)); // none of them becomes the anchor
+    slam->deliver(at(1, 0, 0));
+    slam->deliver(at(3, 0, 0));
+    EXPECT_EQ(data->distance(), 2);
+    for (const double value : values)
+        slam->deliver(at(0, 0, value)); // nor a step
+    EXPECT_EQ(data->distance(), 2);
+    slam->deliver(at(3, 0.5, 0));
+    EXPECT_EQ(data->distance(), 2.5);
+    EXPECT_EQ(changed.count(), 2);
+}
+
+TEST_F(Slam, stepBeyondAFloatStaysOutOfTheDistance)
+{
+    data->control(true);
+    slam->deliver(at(-3e38, 0, 0));
+    slam->deliver(at(3e38, 0, 0));
+    EXPECT_EQ(data->distance(), 0);
 }
 
 TEST_F(Slam, callbackOnItsWayFindsTheModelGone)

@@ -87,6 +87,17 @@ TEST(Tof3dData, destructionUnregistersMinusOneOnEachComponent)
 TEST(Tof3dData, aDefaultMadeOneHasNoCloudAndDiesInPeace)
 {
     Tof3dData data;
+    const QSignalSpy distance(&data, &Tof3dData::distanceChanged);
     data.control(true);
+    data.control(false);
+    data.setDistance(1.5);
+    data.setSource(Tof3dData::Source::EDGE);
+    data.setColorize(true);
+    data.setRgbAvailable(true);
+    EXPECT_EQ(distance.count(), 1);
+    EXPECT_EQ(data.distance(), 1.5);
+    EXPECT_EQ(data.source(), Tof3dData::Source::EDGE);
+    EXPECT_TRUE(data.colorize());
+    EXPECT_TRUE(data.rgbAvailable());
     EXPECT_EQ(data.pointCloud(), nullptr);
 }

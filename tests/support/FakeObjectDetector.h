@@ -8,7 +8,7 @@ public:
     bool setDescriptor(const std::string &path) override
     {
         log->add("setDescriptor", path);
-        return true;
+        return descriptorResult;
     }
     bool setModel(const std::string &path) override
     {
@@ -18,10 +18,12 @@ public:
     bool setSource(const int &source) override
     {
         log->add("setSource", source);
-        return true;
+        return setSourceResult;
     }
     int source() override { return sourceResult; }
 
+    bool descriptorResult = true;
     bool modelResult = true;
+    bool setSourceResult = true;
     int sourceResult = 255;
 };
