@@ -3,7 +3,7 @@
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME qvsdk-viewer)
 set(CPACK_PACKAGE_VENDOR Quivra)
-set(CPACK_PACKAGE_CONTACT "Quivra <viewer@quivra.com>")
+set(CPACK_PACKAGE_CONTACT "Quivra <viewer@quivra.example>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "viewer and bench tool for spatial-sensing devices")
 set(CPACK_PACKAGE_DESCRIPTION
     "Shows every stream of a headset or camera module: inertial readings, fisheye
