@@ -90,12 +90,14 @@ Item {
     // Presets
 
     /// Moves the controls to the given values, in the order of the presets' table; their handlers reach the device.
+    /// What a damaged or foreign store holds beyond a control's entries leaves that control as it is.
     function setAllSettings(values) {
         presetControls.forEach(function(entry, i) {
             const control = entry[0]
             const property = entry[1]
             const value = property === "checked" ? !!values[i] : Number(values[i])
-            if (control[property] !== value)
+            const fits = property !== "currentIndex" || (value >= -1 && value < control.count)
+            if (control[property] !== value && !isNaN(value) && fits)
                 control[property] = value
         })
     }
@@ -213,7 +215,7 @@ Item {
     }
 
     Component.onCompleted: {
-        if (content.mode < 0)
+        if (content.mode !== 1)
             content.mode = 0
         completed = true
         presets.names().forEach(function(name) { presetNames.append({ text: name }) })

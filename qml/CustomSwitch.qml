@@ -18,7 +18,6 @@ Switch {
         radius: 13
         color: control.checked ? "#409EFF" : "transparent"
         border.color: control.checked ? "transparent" : "#F56C6C"
-        opacity: control.enabled ? 1.0 : 0.3
 
         Rectangle {
             objectName: "knob"

@@ -142,7 +142,7 @@ QtObject {
             const name = saveSettings[i].value("name")
             // Stored numbers come back as texts.
             if (saveSettings[i].value("isAdd", 0) == 1)
-                result.push(name === undefined ? "Not Set" : name)
+                result.push(name === undefined ? "Not Set" : String(name))
         }
         return result
     }

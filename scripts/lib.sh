@@ -10,7 +10,7 @@ build_packages=(
     qtbase5-dev qtdeclarative5-dev qtquickcontrols2-5-dev qt3d5-dev libqt5svg5-dev qttools5-dev qttools5-dev-tools
     libopencv-core-dev libopencv-imgproc-dev libopencv-imgcodecs-dev libopencv-videoio-dev
     libswscale-dev libavutil-dev libeigen3-dev nlohmann-json3-dev libyaml-cpp-dev
-    libgtest-dev libgmock-dev libbenchmark-dev
+    libgtest-dev libgmock-dev libbenchmark-dev cmark-gfm
 )
 run_packages=(
     qml-module-qtquick2 qml-module-qtquick-window2 qml-module-qtquick-layouts qml-module-qtqml qml-module-qtqml-models2
@@ -21,7 +21,8 @@ run_packages=(
     fonts-dejavu-core fonts-crosextra-carlito fonts-noto-cjk
 )
 display_packages=(xvfb openbox x11-utils)
-test_packages=(qml-module-qttest)
+test_packages=(qml-module-qttest desktop-file-utils appstream libxml2-utils)
+package_packages=(dpkg-dev lintian)
 lint_packages=(clang clang-format clang-tidy clazy qtdeclarative5-dev-tools)
 
 # A Release build is what people run and what is measured; the tests use the everyday one.

@@ -1,12 +1,17 @@
 #include "device/CameraDevice.h"
 
 #include "device/FullDevice.h"
+#include "support/FullDisk.h"
 #include "support/LogCatcher.h"
 #include "support/Pictures.h"
 
 #include <QDir>
 #include <QImage>
 #include <QTemporaryDir>
+#include <QTest>
+#include <QTime>
+#include <opencv2/videoio.hpp>
+#include <random>
 
 using ::testing::Contains;
 using ::testing::ElementsAre;
@@ -42,6 +47,34 @@ protected:
 QStringList foldersBelowCapture()
 {
     return QDir(QStringLiteral("capture")).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+}
+
+/// A picture that no format makes smaller.
+qv::FisheyeImage noise(unsigned seed)
+{
+    constexpr std::size_t width = 640;
+    constexpr std::size_t height = 400;
+    std::vector<unsigned char> pixels(width * height);
+    std::minstd_rand random(seed);
+    for (unsigned char &pixel : pixels)
+        pixel = static_cast<unsigned char>(random() >> 8);
+    return {width, height, pictures::bufferOf(pixels)};
+}
+
+int framesIn(const QString &path)
+{
+    cv::VideoCapture video(path.toStdString());
+    int count = 0;
+    for (cv::Mat frame; video.read(frame);)
+        ++count;
+    return count;
+}
+
+/// The time names the folder: the next second has one of its own.
+void awaitNextSecond()
+{
+    const QTime now = QTime::currentTime();
+    QTest::qWait(1001 - now.msec());
 }
 
 } // namespace
@@ -274,4 +307,57 @@ TEST_F(Capture, capturesLandBelowThePicturesWhereTheFolderCanNotBeWritten)
     const QString path = m_camera.saveImages(QString());
     EXPECT_TRUE(path.contains(QStringLiteral("/qvsdk-viewer/"))) << path.toStdString();
     EXPECT_TRUE(QDir(path).exists());
+}
+
+TEST_F(Capture, fullDiskIsReportedAndLosesNothingElse)
+{
+    m_camera.stereo()->control(true);
+    m_full.fisheyes->deliver(pictures::fisheyes({noise(1), noise(2)}));
+    {
+        const FullDisk disk(20000);
+        EXPECT_THAT(save(QStringLiteral("stereo")),
+            ElementsAre(QStringLiteral("debug: Failed to create left image"),
+                QStringLiteral("debug: Failed to create right image")));
+        EXPECT_TRUE(QDir(m_path).exists());
+    }
+    EXPECT_THAT(save(QStringLiteral("stereo")), IsEmpty());
+    EXPECT_EQ(QImage(m_path + QStringLiteral("/left.png")).size(), QSize(640, 400));
+}
+
+TEST_F(Capture, recordingGoesOnOverAFullDisk)
+{
+    m_camera.stereo()->control(true);
+    m_full.fisheyes->deliver(pictures::fisheyes({noise(1), noise(2)}));
+    {
+        const FullDisk disk(100000);
+        EXPECT_FALSE(m_camera.setRecording(true).isEmpty());
+        for (unsigned i = 0; i < 60; ++i)
+            m_full.fisheyes->deliver(pictures::fisheyes({noise(i), noise(i + 1)}));
+        m_camera.slam()->control(true);
+        m_camera.setRecordingSlam(true);
+        for (int i = 0; i < 5000; ++i)
+            m_full.slam->deliver(qv::Pose());
+        m_camera.setRecordingSlam(false);
+        m_camera.setRecording(false);
+    }
+    EXPECT_EQ(m_camera.stereo()->count(), 2);
+    awaitNextSecond();
+    const QString path = m_camera.setRecording(true);
+    for (unsigned i = 0; i < 5; ++i)
+        m_full.fisheyes->deliver(pictures::fisheyes({noise(i), noise(i + 1)}));
+    m_camera.setRecording(false);
+    EXPECT_EQ(framesIn(path + QStringLiteral("/left.avi")), 5);
+}
+
+TEST_F(Capture, recordingIsPlayableWhenTheDeviceGoes)
+{
+    auto camera = std::make_unique<CameraDevice>(m_full.device, nullptr);
+    camera->stereo()->control(true);
+    m_full.fisheyes->deliver(pictures::fisheyes({noise(1), noise(2)}));
+    const QString path = camera->setRecording(true);
+    for (unsigned i = 0; i < 7; ++i)
+        m_full.fisheyes->deliver(pictures::fisheyes({noise(i), noise(i + 1)}));
+    camera.reset();
+    EXPECT_EQ(framesIn(path + QStringLiteral("/left.avi")), 7);
+    EXPECT_EQ(framesIn(path + QStringLiteral("/right.avi")), 7);
 }

@@ -311,6 +311,40 @@ Item {
             compare(control("sgbmFovSpinBox").value, 123)
         }
 
+        function test_aDamagedSlotMovesWhatItCan() {
+            open()
+            save("damaged")
+            fixture.slot(0).setValue("imuMode", "99")
+            fixture.slot(0).setValue("stereoUVCmode", "abc")
+            fixture.slot(0).setValue("tofMaximaldistance", "far")
+            fixture.slot(0).setValue("tofMinimumdistance", "-5")
+            fixture.slot(0).setValue("rgbResolution", "1")
+            fixture.slot(0).setValue("sgbmZoom", "100000")
+            fixture.slot(0).setValue("sgbmFOV", [1, 2])
+            fixture.slot(0).setValue("menuAutoClose", "")
+            box().currentIndex = 0
+            device.forget()
+            box().currentIndex = 1
+            compare(control("imumodeComboBox").currentIndex, 1)
+            compare(control("modeComboBox").currentIndex, 4)
+            fuzzyCompare(control("maxDistanceSlider").value, 1.0, 1e-6)
+            fuzzyCompare(control("minDistanceSlider").value, 0.1, 1e-6)
+            compare(control("resolutionComboBox").currentIndex, 1)
+            compare(control("sgbmZoomSpinBox").value, 500)
+            compare(control("sgbmFovSpinBox").value, 96)
+            compare(control("menuAutoCloseCheckbox").checked, false)
+            compare(device.callsTo("imu.mode"), [])
+        }
+
+        function test_defaultCanNotBeDeleted() {
+            open()
+            save("one")
+            box().currentIndex = 0
+            click("deletePresetButton")
+            compare(listed(), ["Default", "one"])
+            compare(fixture.slot(0).value("isAdd") == 1, true)
+        }
+
         function test_aDeviceWithoutDepthModelsStillMovesItsControls() {
             open()
             moveAll(4)

@@ -79,11 +79,12 @@ Item {
             compare(item.contentItem.text, "MF")
         }
 
-        function test_disabledSwitchIsFaint() {
+        function test_disabledSwitchHasFaintWords() {
             var item = make(customSwitch)
             compare(item.contentItem.opacity, 1)
             item.enabled = false
             fuzzyCompare(item.contentItem.opacity, 0.3, 0.001)
+            compare(item.indicator.opacity, 1)
         }
 
         function test_labelFolds() {
