@@ -53,10 +53,12 @@ std::map<std::string, std::string> makeInfo(
         {"stereoAvailable", flag(components.fisheye != nullptr)},
         {"colorAvailable", flag(false)},
         {"tofAvailable", flag(false)},
+        {"sgbmAvailable", flag(components.vsc != nullptr)},
+        {"cnnAvailable", flag(components.objects != nullptr)},
         {"edge6dofAvailable", flag(false)},
         {"rgb2Available", flag(false)},
         {"afRGBAvailable", flag(false)},
-        {"downsampleAvailable", flag(false)},
+        {"downsampleAvailable", flag(components.vsc != nullptr)},
         {"fisheyeSwitchAvailable", flag(false)},
     };
     if (config.profile == Profile::Replay)

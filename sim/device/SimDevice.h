@@ -4,6 +4,8 @@
 #include "device/HidChannel.h"
 #include "device/SimFisheyeCameras.h"
 #include "device/SimImuSensor.h"
+#include "device/SimObjectDetector.h"
+#include "device/SimVsc.h"
 #include "device/qv/Device.h"
 
 namespace sim {
@@ -14,6 +16,8 @@ public:
     struct Components {
         std::shared_ptr<SimImuSensor> imu;
         std::shared_ptr<SimFisheyeCameras> fisheye;
+        std::shared_ptr<SimVsc> vsc;
+        std::shared_ptr<SimObjectDetector> objects;
     };
 
     SimDevice(
@@ -26,8 +30,8 @@ public:
     std::shared_ptr<qv::FisheyeCameras> fisheyeCameras() override { return m_components.fisheye; }
     std::shared_ptr<qv::ColorCamera> colorCamera() override { return nullptr; }
     std::shared_ptr<qv::TofCamera> tofCamera() override { return nullptr; }
-    std::shared_ptr<qv::Vsc> vsc() override { return nullptr; }
-    std::shared_ptr<qv::ObjectDetector> objectDetector() override { return nullptr; }
+    std::shared_ptr<qv::Vsc> vsc() override { return m_components.vsc; }
+    std::shared_ptr<qv::ObjectDetector> objectDetector() override { return m_components.objects; }
     bool hidWriteAndRead(
         const std::vector<unsigned char> &command, std::vector<unsigned char> &result) override;
     bool enableSync(bool isSync) override;

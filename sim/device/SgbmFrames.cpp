@@ -1,0 +1,77 @@
+#include "device/SgbmFrames.h"
+
+#include "device/StereoMatcher.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace sim {
+
+namespace {
+
+constexpr double smallestZoom = 0.5;
+constexpr double largestZoom = 10;
+constexpr double smallestDisparity = 1;
+
+double scaleOf(const qv::SgbmConfig &config, int width)
+{
+    const double focal =
+        effectiveZoom(config) * StereoMatcher::focalLength(width, static_cast<double>(config.fov));
+    const double scale = static_cast<double>(config.baseline) * focal;
+    return scale > 0 && std::isfinite(scale) ? scale : 0;
+}
+
+} // namespace
+
+double effectiveZoom(const qv::SgbmConfig &config)
+{
+    const double zoom = static_cast<double>(config.dewarpZoomFactor);
+    if (config.enableDewarp == 0 || std::isnan(zoom))
+        return 1;
+    return std::clamp(zoom, smallestZoom, largestZoom);
+}
+
+SgbmFrames::SgbmFrames(const qv::SgbmConfig &config, int width)
+    : m_scale(scaleOf(config, width))
+    , m_fine(config.mode == fineMode)
+    , m_nearest(config.minDistance)
+    , m_farthest(std::min<double>(config.maxDistance, 1000 * m_scale / smallestDisparity))
+{
+    // Nothing is found at all among no disparities.
+    if (config.maxDisparity == 0 || m_scale <= 0)
+        m_farthest = -1;
+    else
+        m_nearest = std::max(m_nearest, 1000 * m_scale / config.maxDisparity);
+}
+
+template <class Sample, class Convert>
+void SgbmFrames::convert(const cv::Mat &z, cv::Mat &out, const Convert &sample) const
+{
+    for (int y = 0; y < z.rows; ++y) {
+        const float *from = z.ptr<float>(y);
+        Sample *to = out.ptr<Sample>(y);
+        for (int x = 0; x < z.cols; ++x) {
+            const double millimetres = 1000 * static_cast<double>(from[x]);
+            const bool found = from[x] > 0 && millimetres >= m_nearest && millimetres <= m_farthest;
+            to[x] = found ? static_cast<Sample>(sample(millimetres) + 0.5) : Sample(0);
+        }
+    }
+}
+
+void SgbmFrames::depth(const cv::Mat &z, cv::Mat &out) const
+{
+    out.create(z.size(), CV_16UC1);
+    convert<unsigned short>(z, out, [](double millimetres) { return millimetres; });
+}
+
+void SgbmFrames::disparity(const cv::Mat &z, cv::Mat &out) const
+{
+    out.create(z.size(), m_fine ? CV_16UC1 : CV_8UC1);
+    const double whole = 1000 * m_scale;
+    if (m_fine)
+        convert<unsigned short>(z, out, [whole](double millimetres) { return 32 * whole / millimetres; });
+    else
+        convert<unsigned char>(z, out, [whole](double millimetres) { return whole / millimetres; });
+}
+
+} // namespace sim
