@@ -32,8 +32,8 @@ private:
 
     const double m_scale;
     const bool m_fine;
-    double m_nearest; ///< millimetres
-    double m_farthest;
+    float m_nearest; ///< millimetres
+    float m_farthest;
 };
 
 /// The zoom that a setting stands for: 1 without dewarping and where it is no number.

@@ -21,6 +21,7 @@ constexpr double leastTextureThorough = 1.5;
 constexpr double sameSurface = 0.97;
 /// Rays farther from the axis than this cosine tells have no depth along it that is worth telling.
 constexpr double leastCosine = 0.05;
+constexpr double farOutside = 1e6; ///< pixels
 
 cv::Size gridOf(const cv::Size &size)
 {
@@ -49,6 +50,8 @@ struct StereoMatcher::Optics {
         : setup(setupOf)
         , gridSize(gridOf(setup.size))
         , gridLens(lens->scaled(gridSize.width, gridSize.height))
+        , focal(setup.zoom * focalLength(gridSize.width, fieldOfView))
+        , centre((gridSize.width - 1) / 2.0, (gridSize.height - 1) / 2.0)
         , picture(scene, lens)
         , matching(scene, gridLens)
     {
@@ -64,9 +67,20 @@ struct StereoMatcher::Optics {
         }
     }
 
+    /// The pixel of the grid; far outside if the lens can't see the point. A pinhole is so simple that it is
+    /// worth not asking its model.
+    Eigen::Vector2d project(const Eigen::Vector3d &point) const
+    {
+        if (setup.dewarp && point.z() > 0)
+            return {focal * point.x() / point.z() + centre.x(), focal * point.y() / point.z() + centre.y()};
+        return gridLens->project(point).value_or(Eigen::Vector2d(farOutside, farOutside));
+    }
+
     const Setup setup;
     const cv::Size gridSize;
     const std::shared_ptr<const CameraModel> gridLens;
+    const double focal;
+    const Eigen::Vector2d centre;
     Renderer picture;
     Renderer matching;
     std::vector<Sample> samples;
@@ -128,6 +142,8 @@ void StereoMatcher::findOccluded(const cv::Mat &z)
 {
     const cv::Size grid = m_optics->gridSize;
     const Optics::Sample *sample = m_optics->samples.data();
+    const Eigen::Matrix3d toRight = m_rightFromLeft.linear();
+    const Eigen::Vector3d shift = m_rightFromLeft.translation();
     for (int y = 0; y < grid.height; ++y) {
         unsigned char *hole = m_holes.ptr<unsigned char>(y);
         for (int x = 0; x < grid.width; ++x, ++sample) {
@@ -137,11 +153,11 @@ void StereoMatcher::findOccluded(const cv::Mat &z)
             const double depth = static_cast<double>(z.at<float>(sample->pixel));
             if (!(depth > 0) || sample->ray.z() == 0)
                 continue;
-            const Eigen::Vector3d point = m_rightFromLeft * Eigen::Vector3d(depth * sample->ray);
-            const auto pixel = m_optics->gridLens->project(point);
-            if (!pixel || !(std::abs(pixel->x()) < 1e6 && std::abs(pixel->y()) < 1e6))
+            const Eigen::Vector3d point = toRight * (depth * sample->ray) + shift;
+            const Eigen::Vector2d pixel = m_optics->project(point);
+            if (!(pixel.cwiseAbs().maxCoeff() < farOutside))
                 continue;
-            const cv::Point there(cvFloor(pixel->x()), cvRound(pixel->y()));
+            const cv::Point there(cvFloor(pixel.x()), cvRound(pixel.y()));
             if (there.x < 0 || there.y < 0 || there.x + 1 >= grid.width || there.y >= grid.height)
                 continue;
             // Beside an edge the nearer surface takes the match.
