@@ -31,12 +31,13 @@ public:
     }
 
     /// Returns only when no call of that id is running any more, unless called from inside it.
-    /// -1 and ids that are not registered are harmless.
-    void remove(int id)
+    /// -1 and ids that are not registered are harmless, and answered by false.
+    bool remove(int id)
     {
         const std::shared_ptr<Entry> entry = take(id);
         if (entry && entry->gate.close())
             entry->function = nullptr; // what it holds goes here, not on a thread of the library
+        return entry != nullptr;
     }
 
     /// Calls every callback in the order of registration; what one throws ends there. Takes no memory.

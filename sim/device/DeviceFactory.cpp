@@ -3,7 +3,9 @@
 #include "core/Log.h"
 #include "device/DeviceInfo.h"
 #include "device/ObjectViews.h"
+#include "device/RenderedColor.h"
 #include "device/RenderedFisheye.h"
+#include "device/RenderedTof.h"
 #include "device/SimDeviceEx.h"
 #include "device/SimFisheyeCamerasEx.h"
 #include "device/TrajectoryImu.h"
@@ -49,21 +51,103 @@ std::shared_ptr<SimVsc> makeVsc(const std::shared_ptr<DeviceState> &state)
         state, SharedWorld::get(config.seed), FisheyeRig::stereo(640, 400), vga, rate);
 }
 
-std::shared_ptr<SimObjectDetector> makeObjects(
-    const std::shared_ptr<DeviceState> &state, const std::shared_ptr<const FisheyeSource> &fisheye)
+std::shared_ptr<SimObjectDetector> makeObjects(const std::shared_ptr<DeviceState> &state,
+    const std::shared_ptr<const FisheyeSource> &fisheye, const SimDevice::Components &components)
 {
     const DeviceConfig &config = state->config();
     const double asked = config.stream("objects").rate;
     SimObjectDetector::Views views = fisheyeViews(fisheye);
-    views[SimObjectDetector::Color] = [] { return defaultColorView(); };
-    views[SimObjectDetector::Tof] = [] { return defaultTofView(); };
+    views[SimObjectDetector::Color] = polynomialView(components.color);
+    views[SimObjectDetector::Tof] = polynomialView(components.tof);
     return std::make_shared<SimObjectDetector>(
         state, SharedWorld::get(config.seed), std::move(views), asked > 0 ? asked : 10);
 }
 
-bool isSmart(Profile profile)
+cv::Size sizeOf(const StreamConfig &stream, cv::Size usual)
 {
-    return profile == Profile::Headset || profile == Profile::Module;
+    // Even, since colour pictures share their colours between neighbours.
+    return stream.width > 0 ? cv::Size(stream.width / 2 * 2, stream.height / 2 * 2) : usual;
+}
+
+RenderedColor::Setup colorSetup(const DeviceConfig &config)
+{
+    const StreamConfig stream = config.stream("color");
+    const bool headset = config.profile == Profile::Headset;
+    RenderedColor::Setup setup;
+    setup.mount = PinholeMount::color();
+    setup.size = sizeOf(stream, {1920, 1080});
+    setup.rate = stream.rate > 0 ? stream.rate : 30;
+    setup.phase = 0.31;
+    setup.codec = colorCodecByName(stream.codec, headset ? ColorCodec::Yuv420p : ColorCodec::Yuyv);
+    setup.focuses = headset;
+    setup.seed = config.seed;
+    return setup;
+}
+
+RenderedColor::Setup secondColorSetup(const DeviceConfig &config)
+{
+    const StreamConfig stream = config.stream("color2");
+    RenderedColor::Setup setup;
+    setup.mount = PinholeMount::secondColor();
+    setup.size = sizeOf(stream, {1280, 720});
+    setup.rate = stream.rate > 0 ? stream.rate : 15;
+    setup.phase = 0.83;
+    setup.codec = colorCodecByName(stream.codec, ColorCodec::Yuv420p);
+    setup.seed = config.seed + 1000;
+    return setup;
+}
+
+RenderedTof::Setup tofSetup(const DeviceConfig &config)
+{
+    const StreamConfig stream = config.stream("tof");
+    RenderedTof::Setup setup;
+    setup.mount = PinholeMount::tof();
+    setup.size = sizeOf(stream, {640, 480});
+    setup.secondFamily = config.profile == Profile::Headset;
+    setup.rate = stream.rate > 0 ? stream.rate : setup.secondFamily ? 30 : 15;
+    setup.phase = 0.13;
+    setup.seed = config.seed;
+    return setup;
+}
+
+/// Which kind of depth pictures a ToF camera makes.
+SimTofCamera::Depth depthKind(const StreamConfig &stream, SimTofCamera::Depth usual)
+{
+    if (stream.codec == "millimetres")
+        return SimTofCamera::Depth::Millimetres;
+    if (stream.codec == "metres")
+        return SimTofCamera::Depth::Metres;
+    if (!stream.codec.empty())
+        complain("there is no codec \"" + stream.codec + "\" for depth pictures");
+    return usual;
+}
+
+/// The colour cameras, and the ToF camera that aligns the first one's colours to its depth.
+void addColorAndTof(const std::shared_ptr<DeviceState> &state, SimDevice::Components &components)
+{
+    const DeviceConfig &config = state->config();
+    const auto world = SharedWorld::get(config.seed);
+    std::shared_ptr<ColorStream> second;
+    std::vector<qv::Calibration> others;
+    if (config.profile == Profile::Headset) {
+        const auto source = std::make_shared<RenderedColor>(world, secondColorSetup(config));
+        others = source->calibration();
+        second = std::make_shared<ColorStream>("color2", state, source);
+    }
+    const auto color = std::make_shared<RenderedColor>(world, colorSetup(config), others);
+    components.color = std::make_shared<SimColorCamera>(state, color, second);
+
+    const RenderedTof::Setup setup = tofSetup(config);
+    SimTofCamera::Setup camera;
+    camera.family = setup.secondFamily ? SimTofCamera::Second : SimTofCamera::First;
+    camera.depth = depthKind(config.stream("tof"),
+        setup.secondFamily ? SimTofCamera::Depth::Metres : SimTofCamera::Depth::Millimetres);
+    camera.colorStreams = [weak = std::weak_ptr<SimColorCamera>(components.color)] {
+        const auto alive = weak.lock();
+        return alive && alive->streaming();
+    };
+    components.tof = std::make_shared<SimTofCamera>(
+        state, std::make_shared<RenderedTof>(world, setup, color->exposure()), camera);
 }
 
 SimDevice::Components makeComponents(const std::shared_ptr<DeviceState> &state)
@@ -80,9 +164,10 @@ SimDevice::Components makeComponents(const std::shared_ptr<DeviceState> &state)
         components.fisheye = std::make_shared<SimFisheyeCameras>(state, fisheye);
     else
         components.fisheye = std::make_shared<SimFisheyeCamerasEx>(state, fisheye);
-    if (isSmart(config.profile)) {
+    if (config.profile == Profile::Headset || config.profile == Profile::Module) {
+        addColorAndTof(state, components);
         components.vsc = makeVsc(state);
-        components.objects = makeObjects(state, fisheye);
+        components.objects = makeObjects(state, fisheye, components);
     }
     return components;
 }

@@ -17,14 +17,6 @@ Pose bodyFromCamera(const qv::Calibration &record)
     return pose;
 }
 
-SimObjectDetector::View polynomialView(
-    const qv::PolynomialDistortionCameraModel &lens, const Eigen::Vector3d &place)
-{
-    SimObjectDetector::View view{std::make_shared<PolynomialModel>(lens), Pose::Identity()};
-    view.bodyFromCamera.translation() = place;
-    return view;
-}
-
 } // namespace
 
 SimObjectDetector::Views fisheyeViews(const std::shared_ptr<const FisheyeSource> &source)
@@ -40,15 +32,12 @@ SimObjectDetector::Views fisheyeViews(const std::shared_ptr<const FisheyeSource>
     return views;
 }
 
-SimObjectDetector::View defaultColorView()
+std::function<SimObjectDetector::View()> polynomialView(std::shared_ptr<qv::Camera> camera)
 {
-    return polynomialView(
-        {1920, 1080, 1400, 1400, 959.5, 539.5, {0.05, -0.06, 0, 0, 0}}, {0.0, -0.01, 0.012});
-}
-
-SimObjectDetector::View defaultTofView()
-{
-    return polynomialView({640, 480, 520, 520, 319.5, 239.5, {0.02, -0.03, 0, 0, 0}}, {0.015, -0.01, 0.012});
+    return [camera = std::move(camera)]() -> SimObjectDetector::View {
+        const qv::Calibration &record = camera->calibration().at(0);
+        return {std::make_shared<PolynomialModel>(record.pdcm.at(0)), bodyFromCamera(record)};
+    };
 }
 
 } // namespace sim

@@ -51,6 +51,10 @@ bool SimDevice::enableSync(bool isSync)
         m_components.imu->setSync(isSync);
     if (m_components.fisheye)
         m_components.fisheye->setSync(isSync);
+    if (m_components.color)
+        m_components.color->setSync(isSync);
+    if (m_components.tof)
+        m_components.tof->setSync(isSync);
     if (m_components.vsc)
         m_components.vsc->setSync(isSync);
     if (m_components.objects)

@@ -2,9 +2,11 @@
 
 #include "device/DeviceState.h"
 #include "device/HidChannel.h"
+#include "device/SimColorCamera.h"
 #include "device/SimFisheyeCameras.h"
 #include "device/SimImuSensor.h"
 #include "device/SimObjectDetector.h"
+#include "device/SimTofCamera.h"
 #include "device/SimVsc.h"
 #include "device/qv/Device.h"
 
@@ -16,6 +18,8 @@ public:
     struct Components {
         std::shared_ptr<SimImuSensor> imu;
         std::shared_ptr<SimFisheyeCameras> fisheye;
+        std::shared_ptr<SimColorCamera> color;
+        std::shared_ptr<SimTofCamera> tof;
         std::shared_ptr<SimVsc> vsc;
         std::shared_ptr<SimObjectDetector> objects;
     };
@@ -28,8 +32,8 @@ public:
     std::shared_ptr<qv::Slam> slam() override { return nullptr; }
     std::shared_ptr<qv::ImuSensor> imuSensor() override { return m_components.imu; }
     std::shared_ptr<qv::FisheyeCameras> fisheyeCameras() override { return m_components.fisheye; }
-    std::shared_ptr<qv::ColorCamera> colorCamera() override { return nullptr; }
-    std::shared_ptr<qv::TofCamera> tofCamera() override { return nullptr; }
+    std::shared_ptr<qv::ColorCamera> colorCamera() override { return m_components.color; }
+    std::shared_ptr<qv::TofCamera> tofCamera() override { return m_components.tof; }
     std::shared_ptr<qv::Vsc> vsc() override { return m_components.vsc; }
     std::shared_ptr<qv::ObjectDetector> objectDetector() override { return m_components.objects; }
     bool hidWriteAndRead(

@@ -9,7 +9,7 @@ namespace sim {
 
 namespace {
 
-constexpr double freePhase = 0.31;
+constexpr double freePhase = 0.66;
 
 enum FrameType { Disparity = 0, Depth = 1, Unknown = 9 };
 

@@ -19,6 +19,12 @@ std::string trimmed(const std::string &text)
 std::vector<std::string> fieldsOf(const std::string &line)
 {
     std::vector<std::string> fields;
+    if (line.find(',') == std::string::npos) {
+        std::stringstream words(line);
+        for (std::string word; words >> word;)
+            fields.push_back(word);
+        return fields;
+    }
     std::size_t begin = 0;
     for (std::size_t comma = 0; comma != std::string::npos; begin = comma + 1) {
         comma = line.find(',', begin);

@@ -6,8 +6,9 @@
 
 namespace sim {
 
-/// The rows of a text table as recordings hold them: fields by commas, blanks around them left out, comment
-/// lines (#), empty lines, carriage returns and a byte order mark skipped.
+/// The rows of a text table as recordings hold them: fields by commas, blanks around them left out, or by
+/// blanks in rows that have no comma; comment lines (#), empty lines, carriage returns and a byte order mark
+/// skipped.
 struct Table {
     struct Row {
         int line = 0; ///< in the file, from 1

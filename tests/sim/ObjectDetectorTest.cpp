@@ -34,6 +34,7 @@ struct ObjectDetectorTest : ::testing::Test {
     const std::shared_ptr<const SharedWorld> world = SharedWorld::get(1);
     const std::shared_ptr<RenderedFisheye> fisheye =
         std::make_shared<RenderedFisheye>(world, FisheyeRig::stereo(640, 400), 50, 1);
+    const std::shared_ptr<SimDevice> headset = makeDevice(DeviceConfig());
     const std::shared_ptr<DeviceState> state = std::make_shared<DeviceState>(DeviceConfig());
     const std::shared_ptr<Exposed> detector = std::make_shared<Exposed>(state, world, views(), 20);
     Objects objects;
@@ -59,8 +60,8 @@ struct ObjectDetectorTest : ::testing::Test {
     SimObjectDetector::Views views() const
     {
         SimObjectDetector::Views all = fisheyeViews(fisheye);
-        all[SimObjectDetector::Color] = [] { return defaultColorView(); };
-        all[SimObjectDetector::Tof] = [] { return defaultTofView(); };
+        all[SimObjectDetector::Color] = polynomialView(headset->colorCamera());
+        all[SimObjectDetector::Tof] = polynomialView(headset->tofCamera());
         return all;
     }
 
@@ -321,6 +322,20 @@ TEST_F(ObjectDetectorTest, pixelsAreThoseOfTheCamerasResolution)
     ASSERT_FALSE(small.empty());
     ASSERT_EQ(large.front().type, small.front().type);
     EXPECT_NEAR(large.front().width, 2 * small.front().width, 8);
+}
+
+TEST_F(ObjectDetectorTest, pixelsFollowTheColourCamerasResolution)
+{
+    double t = 0;
+    while (t < 60 && at(t).empty())
+        t += 1;
+    const Objects full = objects;
+    ASSERT_FALSE(full.empty());
+    ASSERT_TRUE(headset->colorCamera()->setResolution(1));
+    const Objects smaller = at(t);
+    ASSERT_FALSE(smaller.empty());
+    ASSERT_EQ(smaller.front().type, full.front().type);
+    EXPECT_NEAR(smaller.front().width, full.front().width / 1.5, 1) << "1280 of 1920";
 }
 
 TEST_F(ObjectDetectorTest, sameSeedAndTimeGiveTheSameObjects)

@@ -1,0 +1,91 @@
+#include "device/SimColorCamera.h"
+
+namespace sim {
+
+namespace {
+
+constexpr float minimumRate = 1;
+constexpr float maximumRate = 60;
+
+} // namespace
+
+SimColorCamera::SimColorCamera(std::shared_ptr<DeviceState> device, std::shared_ptr<ColorSource> source,
+    std::shared_ptr<ColorStream> second)
+    : ColorStream("color", std::move(device), std::move(source))
+    , m_second(std::move(second))
+{
+}
+
+const std::vector<qv::Calibration> &SimColorCamera::calibration()
+{
+    return source().calibration();
+}
+
+bool SimColorCamera::setFramerate(float fps)
+{
+    if (refuses("setFramerate") || !(fps >= minimumRate && fps <= maximumRate) || !source().setRate(fps))
+        return false;
+    scheduleChanged();
+    return true;
+}
+
+bool SimColorCamera::setExposure(int aecMode, int gain, float exposureMs)
+{
+    return !refuses("setExposure") && source().setExposure(aecMode == 0, gain, exposureMs);
+}
+
+bool SimColorCamera::setResolution(const int &resolution)
+{
+    return !refuses("setResolution") && source().setResolution(resolution);
+}
+
+void SimColorCamera::setRgbMode(const int &mode)
+{
+    if ((mode == 0 || mode == 1) && !refuses("setRgbMode"))
+        source().setAutomaticFocus(mode == 0);
+}
+
+void SimColorCamera::setRgbDistance(int distance)
+{
+    if (distance >= 1 && distance <= 255 && !refuses("setRgbDistance"))
+        source().setFocusDistance(distance);
+}
+
+ColorStream *SimColorCamera::camera(int index)
+{
+    if (index == 0)
+        return this;
+    return index == 1 ? m_second.get() : nullptr;
+}
+
+bool SimColorCamera::startCamera(int index)
+{
+    ColorStream *stream = camera(index);
+    return stream && stream->start();
+}
+
+bool SimColorCamera::stopCamera(int index)
+{
+    ColorStream *stream = camera(index);
+    return stream && stream->stop();
+}
+
+int SimColorCamera::registerCallback2(std::function<void(const qv::ColorImage &)> callback)
+{
+    return m_second ? m_second->registerCallback(std::move(callback)) : -1;
+}
+
+void SimColorCamera::unregisterCallback2(int id)
+{
+    if (m_second)
+        m_second->unregisterCallback(id);
+}
+
+void SimColorCamera::setSync(bool sync)
+{
+    ColorStream::setSync(sync);
+    if (m_second)
+        m_second->setSync(sync);
+}
+
+} // namespace sim
