@@ -11,7 +11,8 @@ class TranslateController : public QObject {
     Q_OBJECT
 
 public:
-    enum Language { English, Chinese, Japanese, French };
+    /// A document may pass any number, so that the type holds them all.
+    enum Language : int { English, Chinese, Japanese, French };
     Q_ENUM(Language)
 
     /// The single instance, made on the first call, when it also installs its translator on the

@@ -18,7 +18,7 @@ class ImageData : public QObject {
 
 public:
     /// How the buffer is to be read; `ImagePainter::ImageType` has the same numbers.
-    enum Type {
+    enum Type : int {
         Gray, ///< 8 bits a pixel, rows packed
         Color, ///< 24 bits a pixel, R, G, B, rows packed
         YUYV, ///< packed 4:2:2, 2 bytes a pixel

@@ -1,6 +1,7 @@
 #include "spatial/MapData.h"
 
-#include <QMutexLocker>
+#include "imaging/MutexLock.h"
+
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
@@ -66,7 +67,7 @@ PointCloud *MapData::pointCloud() const
 
 QJsonArray MapData::poses() const
 {
-    const QMutexLocker lock(&m_mutex);
+    const MutexLock lock(&m_mutex);
     return m_poses;
 }
 
@@ -83,7 +84,7 @@ int MapData::keyframeCount() const
 void MapData::setPoses(QJsonArray poses)
 {
     {
-        const QMutexLocker lock(&m_mutex);
+        const MutexLock lock(&m_mutex);
         if (poses == m_poses)
             return;
         m_poses = poses;
@@ -106,7 +107,7 @@ void MapData::setKeyframeCount(int keyframeCount)
 void MapData::takeMap(const std::shared_ptr<const qv::SlamMap> &map)
 {
     {
-        const QMutexLocker lock(&m_mutex);
+        const MutexLock lock(&m_mutex);
         m_map = map;
     }
     if (!map)

@@ -1,9 +1,10 @@
 #include "spatial/ObjectsData.h"
 
+#include "imaging/MutexLock.h"
+
 #include <QDebug>
 #include <QFile>
 #include <QJsonObject>
-#include <QMutexLocker>
 #include <QTimer>
 
 namespace {
@@ -65,7 +66,7 @@ ObjectsData::~ObjectsData()
 
 QJsonArray ObjectsData::objects() const
 {
-    const QMutexLocker lock(&m_mutex);
+    const MutexLock lock(&m_mutex);
     return m_objects;
 }
 
@@ -92,7 +93,7 @@ bool ObjectsData::enabled() const
 void ObjectsData::setObjects(QJsonArray objects)
 {
     {
-        const QMutexLocker lock(&m_mutex);
+        const MutexLock lock(&m_mutex);
         if (objects == m_objects)
             return;
         m_objects = objects;

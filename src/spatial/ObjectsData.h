@@ -23,9 +23,9 @@ class ObjectsData : public QObject {
     Q_PROPERTY(bool enabled READ enabled WRITE setEnabled NOTIFY enabledChanged)
 
 public:
-    enum Source { None, Left, Right, RGB, TOF, SGBM };
+    enum Source : int { None, Left, Right, RGB, TOF, SGBM };
     Q_ENUM(Source)
-    enum Shape { BoundingBox, Human };
+    enum Shape : int { BoundingBox, Human };
     Q_ENUM(Shape)
 
     /// A model without a detector, as a QML document makes it: every operation is harmless.

@@ -1,8 +1,7 @@
 #include "spatial/OrientationData.h"
 
+#include "imaging/MutexLock.h"
 #include "spatial/Exactly.h"
-
-#include <QMutexLocker>
 
 OrientationData::OrientationData(QObject *parent)
     : QObject(parent)
@@ -11,44 +10,44 @@ OrientationData::OrientationData(QObject *parent)
 
 QMatrix3x3 OrientationData::matrix() const
 {
-    const QMutexLocker lock(&m_mutex);
+    const MutexLock lock(&m_mutex);
     return m_matrix;
 }
 
 QQuaternion OrientationData::quaternion() const
 {
-    const QMutexLocker lock(&m_mutex);
+    const MutexLock lock(&m_mutex);
     return m_quaternion;
 }
 
 QVector3D OrientationData::viewVector() const
 {
-    const QMutexLocker lock(&m_mutex);
+    const MutexLock lock(&m_mutex);
     return m_viewVector;
 }
 
 double OrientationData::roll() const
 {
-    const QMutexLocker lock(&m_mutex);
+    const MutexLock lock(&m_mutex);
     return m_roll;
 }
 
 double OrientationData::pitch() const
 {
-    const QMutexLocker lock(&m_mutex);
+    const MutexLock lock(&m_mutex);
     return m_pitch;
 }
 
 double OrientationData::yaw() const
 {
-    const QMutexLocker lock(&m_mutex);
+    const MutexLock lock(&m_mutex);
     return m_yaw;
 }
 
 void OrientationData::setMatrix(QMatrix3x3 matrix)
 {
     {
-        const QMutexLocker lock(&m_mutex);
+        const MutexLock lock(&m_mutex);
         if (exactly::equal(matrix, m_matrix))
             return;
         m_matrix = matrix;
@@ -60,7 +59,7 @@ void OrientationData::setMatrix(QMatrix3x3 matrix)
 void OrientationData::setQuaternion(QQuaternion quaternion)
 {
     {
-        const QMutexLocker lock(&m_mutex);
+        const MutexLock lock(&m_mutex);
         if (exactly::equal(quaternion, m_quaternion))
             return;
         m_quaternion = quaternion;
@@ -75,7 +74,7 @@ void OrientationData::setQuaternion(QQuaternion quaternion)
 
 bool OrientationData::store(double &angle, double value)
 {
-    const QMutexLocker lock(&m_mutex);
+    const MutexLock lock(&m_mutex);
     if (qFuzzyCompare(angle, value))
         return false;
     angle = value;
@@ -103,7 +102,7 @@ void OrientationData::setYaw(double yaw)
 void OrientationData::setViewVector(QVector3D viewVector)
 {
     {
-        const QMutexLocker lock(&m_mutex);
+        const MutexLock lock(&m_mutex);
         if (exactly::equal(viewVector, m_viewVector))
             return;
         m_viewVector = viewVector;

@@ -1,8 +1,9 @@
 #include "spatial/PlanesData.h"
 
+#include "imaging/MutexLock.h"
+
 #include <QColor>
 #include <QJsonObject>
-#include <QMutexLocker>
 #include <QVector>
 #include <stdexcept>
 
@@ -69,19 +70,19 @@ PlanesData::~PlanesData()
 
 QJsonArray PlanesData::stereoPlanes() const
 {
-    const QMutexLocker lock(&m_mutex);
+    const MutexLock lock(&m_mutex);
     return m_stereoPlanes;
 }
 
 QJsonArray PlanesData::tofPlanes() const
 {
-    const QMutexLocker lock(&m_mutex);
+    const MutexLock lock(&m_mutex);
     return m_tofPlanes;
 }
 
 bool PlanesData::store(QJsonArray &held, const QJsonArray &planes)
 {
-    const QMutexLocker lock(&m_mutex);
+    const MutexLock lock(&m_mutex);
     if (held == planes)
         return false;
     held = planes;

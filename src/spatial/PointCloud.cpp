@@ -1,6 +1,6 @@
 #include "spatial/PointCloud.h"
 
-#include <QMutexLocker>
+#include "imaging/MutexLock.h"
 
 PointCloud::PointCloud(QObject *parent)
     : QObject(parent)
@@ -14,7 +14,7 @@ int PointCloud::size() const
 
 QByteArray PointCloud::points() const
 {
-    const QMutexLocker lock(&m_mutex);
+    const MutexLock lock(&m_mutex);
     return m_points;
 }
 
@@ -27,7 +27,7 @@ void PointCloud::setSize(int size)
 void PointCloud::setPoints(QByteArray points)
 {
     {
-        const QMutexLocker lock(&m_mutex);
+        const MutexLock lock(&m_mutex);
         m_points = points;
     }
     emit pointsChanged(points);

@@ -1,6 +1,6 @@
 #include "spatial/PointCloudColor.h"
 
-#include <QMutexLocker>
+#include "imaging/MutexLock.h"
 
 PointCloudColor::PointCloudColor(QObject *parent)
     : QObject(parent)
@@ -14,13 +14,13 @@ int PointCloudColor::size() const
 
 QByteArray PointCloudColor::points() const
 {
-    const QMutexLocker lock(&m_pointsMutex);
+    const MutexLock lock(&m_pointsMutex);
     return m_points;
 }
 
 QByteArray PointCloudColor::colors() const
 {
-    const QMutexLocker lock(&m_colorsMutex);
+    const MutexLock lock(&m_colorsMutex);
     return m_colors;
 }
 
@@ -32,14 +32,14 @@ void PointCloudColor::setSize(int size)
 
 void PointCloudColor::setPoints(QByteArray points)
 {
-    const QMutexLocker lock(&m_pointsMutex);
+    const MutexLock lock(&m_pointsMutex);
     m_points = points;
     emit pointsChanged(points);
 }
 
 void PointCloudColor::setColors(QByteArray colors)
 {
-    const QMutexLocker lock(&m_colorsMutex);
+    const MutexLock lock(&m_colorsMutex);
     if (colors == m_colors)
         return;
     m_colors = colors;

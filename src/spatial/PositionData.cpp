@@ -1,8 +1,7 @@
 #include "spatial/PositionData.h"
 
+#include "imaging/MutexLock.h"
 #include "spatial/Exactly.h"
-
-#include <QMutexLocker>
 
 PositionData::PositionData(QObject *parent)
     : QObject(parent)
@@ -26,7 +25,7 @@ double PositionData::z() const
 
 QVector3D PositionData::vector() const
 {
-    const QMutexLocker lock(&m_mutex);
+    const MutexLock lock(&m_mutex);
     return m_vector;
 }
 
@@ -63,7 +62,7 @@ void PositionData::set(double x, double y, double z)
 void PositionData::setVector(QVector3D vector)
 {
     {
-        const QMutexLocker lock(&m_mutex);
+        const MutexLock lock(&m_mutex);
         if (exactly::equal(vector, m_vector))
             return;
         m_vector = vector;

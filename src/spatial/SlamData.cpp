@@ -1,12 +1,12 @@
 #include "spatial/SlamData.h"
 
 #include "device/DeviceAccess.h"
+#include "imaging/MutexLock.h"
 #include "spatial/Exactly.h"
 
 #include <QDebug>
 #include <QDir>
 #include <QFile>
-#include <QMutexLocker>
 #include <QStandardPaths>
 #include <QStringList>
 #include <stdexcept>
@@ -102,7 +102,7 @@ OrientationData *SlamData::orientation() const
 
 QMatrix4x4 SlamData::matrix() const
 {
-    const QMutexLocker lock(&m_mutex);
+    const MutexLock lock(&m_mutex);
     return m_matrix;
 }
 
@@ -172,7 +172,7 @@ void SlamData::addDistance(const QVector3D &position)
 {
     double distance = 0;
     {
-        const QMutexLocker lock(&m_mutex);
+        const MutexLock lock(&m_mutex);
         if (exactly::equal(m_lastPosition, QVector3D()))
             m_lastPosition = position;
         const auto step = static_cast<double>(m_lastPosition.distanceToPoint(position));
@@ -226,7 +226,7 @@ void SlamData::setConfidence(double confidence)
 void SlamData::setMatrix(QMatrix4x4 matrix)
 {
     {
-        const QMutexLocker lock(&m_mutex);
+        const MutexLock lock(&m_mutex);
         if (matrix == m_matrix)
             return;
         m_matrix = matrix;
@@ -284,7 +284,7 @@ void SlamData::reset()
     m_distance.store(0, relaxed);
     m_position->set(0, 0, 0);
     {
-        const QMutexLocker lock(&m_mutex);
+        const MutexLock lock(&m_mutex);
         m_lastPosition = QVector3D();
     }
     if (m_mapLoaded)

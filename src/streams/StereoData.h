@@ -28,7 +28,7 @@ class StereoData : public QObject {
 
 public:
     /// One numbering for a stereo pair and for four cameras.
-    enum Image { Left = 0, Right = 1, UpLeft = 0, UpRight = 1, BottomLeft = 2, BottomRight = 3 };
+    enum Image : int { Left = 0, Right = 1, UpLeft = 0, UpRight = 1, BottomLeft = 2, BottomRight = 3 };
     Q_ENUM(Image)
 
     /// A model without cameras, as a QML document makes it: every operation is harmless.
