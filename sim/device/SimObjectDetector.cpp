@@ -8,12 +8,12 @@ namespace sim {
 
 namespace {
 
-constexpr double freePhase = 0.43;
+constexpr double detectorPhase = 0.43;
 constexpr int humanShape = 1;
 constexpr int unknownShape = 2;
 /// Narrower or lower things are told with less confidence.
 constexpr double goodSide = 60; ///< pixels
-constexpr double wobble = 0.02;
+constexpr double confidenceWobble = 0.02;
 
 bool isReadableFile(const std::string &path)
 {
@@ -49,7 +49,7 @@ void damage(std::vector<qv::Object> &objects, Defect defect)
 SimObjectDetector::SimObjectDetector(
     std::shared_ptr<DeviceState> device, std::shared_ptr<const SharedWorld> world, Views views, double rate)
     : SimObjectDetector(std::move(device), std::move(world), std::move(views),
-        std::make_shared<RateSchedule>(rate, freePhase))
+        std::make_shared<RateSchedule>(rate, detectorPhase))
 {
 }
 
@@ -115,7 +115,7 @@ bool SimObjectDetector::setSource(const int &source)
 
 void SimObjectDetector::setSync(bool sync)
 {
-    m_schedule->setPhase(sync ? 0 : freePhase);
+    m_schedule->setPhase(sync ? 0 : detectorPhase);
     thread().reschedule();
 }
 
@@ -160,7 +160,7 @@ qv::Object SimObjectDetector::describe(const SeenObject &seen, double due) const
     const double size = std::min(1.0, std::min(seen.box.width, seen.box.height) / goodSide);
     const auto moment = static_cast<std::uint64_t>(Clock::microseconds(due)) * 64 + seen.type.size();
     const double sure = 0.4 + 0.3 * seen.visible + 0.25 * size;
-    object.confidence = sure + wobble * (2 * m_noise.uniform(moment) - 1);
+    object.confidence = sure + confidenceWobble * (2 * m_noise.uniform(moment) - 1);
     if (!seen.isPerson)
         return object;
     for (const Eigen::Vector3d &point : seen.keyPoints)

@@ -9,9 +9,9 @@ namespace sim {
 
 namespace {
 
-constexpr double freePhase = 0.66;
+constexpr double vscPhase = 0.66;
 
-enum FrameType { Disparity = 0, Depth = 1, Unknown = 9 };
+enum SgbmType { DisparityFrame = 0, DepthFrame = 1, UnknownFrame = 9 };
 
 /// A buffer of its own, so that nobody gets away with reading more than the record holds.
 std::shared_ptr<const unsigned char> firstBytes(const qv::SgbmImage &record, unsigned int size)
@@ -27,7 +27,7 @@ std::shared_ptr<const unsigned char> firstBytes(const qv::SgbmImage &record, uns
 SimVsc::SimVsc(std::shared_ptr<DeviceState> device, std::shared_ptr<const SharedWorld> world, FisheyeRig rig,
     cv::Size vga, double rate)
     : SimVsc(std::move(device), std::move(world), std::move(rig), vga,
-        std::make_shared<RateSchedule>(rate, freePhase))
+        std::make_shared<RateSchedule>(rate, vscPhase))
 {
 }
 
@@ -64,7 +64,7 @@ bool SimVsc::setResolution(const int &resolution)
 
 void SimVsc::setSync(bool sync)
 {
-    m_schedule->setPhase(sync ? 0 : freePhase);
+    m_schedule->setPhase(sync ? 0 : vscPhase);
     thread().reschedule();
 }
 
@@ -83,39 +83,48 @@ void SimVsc::produce(double due, Defect defect)
     m_matcher.match(
         due, {size, settings.enableDewarp != 0, effectiveZoom(settings), settings.source != 0}, m_z);
     const SgbmFrames frames(settings, size.width);
-    const auto pixels = static_cast<std::size_t>(size.area());
-    if (settings.enableDisparity != 0) {
-        const auto buffer = m_disparityPool.take(pixels * (frames.fine() ? 2 : 1));
-        cv::Mat samples(size, frames.fine() ? CV_16UC1 : CV_8UC1, buffer.get());
-        frames.disparity(m_z, samples);
-        qv::SgbmImage image = record(due, Disparity, samples);
-        image.data = buffer;
-        send(std::move(image), defect);
-    }
-    if (settings.enableDepth != 0) {
-        const auto buffer = m_depthPool.take(pixels * 2);
-        cv::Mat samples(size, CV_16UC1, buffer.get());
-        frames.depth(m_z, samples);
-        qv::SgbmImage image = record(due, Depth, samples);
-        image.data = buffer;
-        send(std::move(image), defect);
-    }
+    std::vector<qv::SgbmImage> records;
+    if (settings.enableDisparity != 0)
+        records.push_back(disparityFrame(due, frames));
+    if (settings.enableDepth != 0)
+        records.push_back(depthFrame(due, frames));
+    // Last of all, since a callback may start the stream anew, on another thread.
+    for (qv::SgbmImage &frame : records)
+        send(frame, defect);
 }
 
-/// All but the data; the confidence is the share of pixels that have been matched.
-qv::SgbmImage SimVsc::record(double due, int type, const cv::Mat &samples) const
+qv::SgbmImage SimVsc::disparityFrame(double due, const SgbmFrames &frames)
+{
+    const auto buffer = m_disparityPool.take(m_z.total() * (frames.fine() ? 2 : 1));
+    cv::Mat samples(m_z.size(), frames.fine() ? CV_16UC1 : CV_8UC1, buffer.get());
+    frames.disparity(m_z, samples);
+    return record(due, DisparityFrame, samples, buffer);
+}
+
+qv::SgbmImage SimVsc::depthFrame(double due, const SgbmFrames &frames)
+{
+    const auto buffer = m_depthPool.take(m_z.total() * 2);
+    cv::Mat samples(m_z.size(), CV_16UC1, buffer.get());
+    frames.depth(m_z, samples);
+    return record(due, DepthFrame, samples, buffer);
+}
+
+/// The confidence is the share of pixels that have been matched.
+qv::SgbmImage SimVsc::record(
+    double due, int type, const cv::Mat &samples, std::shared_ptr<const unsigned char> data)
 {
     qv::SgbmImage image;
     image.type = type;
     image.width = static_cast<std::size_t>(samples.cols);
     image.height = static_cast<std::size_t>(samples.rows);
     image.confidence = static_cast<double>(cv::countNonZero(samples)) / static_cast<double>(samples.total());
+    image.data = std::move(data);
     image.dataSize = static_cast<unsigned int>(samples.total() * samples.elemSize());
     image.edgeTimestampUs = Clock::microseconds(due);
     return image;
 }
 
-void SimVsc::send(qv::SgbmImage record, Defect defect) const
+void SimVsc::send(qv::SgbmImage &record, Defect defect) const
 {
     damage(record, defect);
     record.hostTimestamp = Clock::now();
@@ -131,7 +140,7 @@ void SimVsc::damage(qv::SgbmImage &record, Defect defect)
     if (defect == Defect::ZeroSize)
         record.width = record.height = 0;
     if (defect == Defect::Unknown)
-        record.type = Unknown;
+        record.type = UnknownFrame;
     if (defect == Defect::Short) {
         record.data = firstBytes(record, record.dataSize / 2);
         record.dataSize /= 2;

@@ -2,6 +2,7 @@
 
 #include "core/BufferPool.h"
 #include "core/RateSchedule.h"
+#include "device/SgbmFrames.h"
 #include "device/StereoMatcher.h"
 #include "device/StreamComponent.h"
 #include "device/qv/Vsc.h"
@@ -36,9 +37,12 @@ private:
     SimVsc(std::shared_ptr<DeviceState> device, std::shared_ptr<const SharedWorld> world, FisheyeRig rig,
         cv::Size vga, std::shared_ptr<RateSchedule> schedule);
     qv::SgbmConfig config() const;
-    qv::SgbmImage record(double due, int type, const cv::Mat &samples) const;
+    qv::SgbmImage disparityFrame(double due, const SgbmFrames &frames);
+    qv::SgbmImage depthFrame(double due, const SgbmFrames &frames);
+    static qv::SgbmImage record(
+        double due, int type, const cv::Mat &samples, std::shared_ptr<const unsigned char> data);
     static void damage(qv::SgbmImage &record, Defect defect);
-    void send(qv::SgbmImage record, Defect defect) const;
+    void send(qv::SgbmImage &record, Defect defect) const;
 
     const cv::Size m_vga;
     const double m_rate;

@@ -10,7 +10,7 @@ namespace sim {
 
 namespace {
 
-constexpr double radians = 0.017453292519943295;
+constexpr double radiansPerDegree = 0.017453292519943295;
 /// Matching needs no more than this; finer pictures only have finer depth.
 constexpr int gridWidth = 320;
 constexpr int textureWindow = 7;
@@ -99,7 +99,7 @@ double StereoMatcher::focalLength(int width, double degrees)
 {
     if (!(degrees > 0 && degrees < 180))
         return 0;
-    return width / (2 * std::tan(degrees / 2 * radians));
+    return width / (2 * std::tan(degrees / 2 * radiansPerDegree));
 }
 
 std::shared_ptr<const CameraModel> StereoMatcher::lens(const Setup &setup) const

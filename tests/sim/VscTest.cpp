@@ -222,6 +222,23 @@ TEST_F(VscTest, withSyncItsTimesAreOnTheCommonGrid)
     EXPECT_TRUE(remainder <= 1 || remainder >= 49'999) << remainder;
 }
 
+TEST_F(VscTest, aCallbackMayStartItAnew)
+{
+    make();
+    std::atomic<int> restarts{0};
+    const int id = vsc->registerCallback([&](const qv::SgbmImage &) {
+        if (restarts < 5) {
+            vsc->stop();
+            EXPECT_TRUE(vsc->start(qv::SgbmConfig()));
+            ++restarts;
+        }
+    });
+    ASSERT_TRUE(vsc->start());
+    EXPECT_TRUE(waitFor([&] { return restarts == 5; }));
+    EXPECT_EQ(freshPair().size(), 2U);
+    vsc->unregisterCallback(id);
+}
+
 TEST_F(VscTest, strangeSettingsAreHarmless)
 {
     make();
