@@ -1,3 +1,5 @@
+#include "device/SgbmFrames.h"
+#include "device/StereoMatcher.h"
 #include "world/CameraModels.h"
 #include "world/Features.h"
 #include "world/Renderer.h"
@@ -57,6 +59,25 @@ void colorPinhole(benchmark::State &state)
         state, pinhole(960, 540), [&](Renderer &r, const Pose &pose, double t) { r.color(pose, t, out); });
 }
 
+/// All that a frame of the stereo depth unit takes.
+void stereoDepth(benchmark::State &state)
+{
+    StereoMatcher matcher(SharedWorld::get(1), FisheyeRig::stereo(640, 400));
+    const StereoMatcher::Setup setup{{int(state.range(0)), int(state.range(1))}, true, 1, false};
+    const SgbmFrames frames({}, setup.size.width);
+    cv::Mat z;
+    cv::Mat depth;
+    cv::Mat disparity;
+    matcher.match(0, setup, z);
+    double t = 0;
+    for (auto _ : state) {
+        t += 0.37;
+        matcher.match(t, setup, z);
+        frames.depth(z, depth);
+        frames.disparity(z, disparity);
+    }
+}
+
 void depthPinhole(benchmark::State &state)
 {
     cv::Mat out;
@@ -81,6 +102,7 @@ void visibleFeatures(benchmark::State &state)
 BENCHMARK(greyFisheye)->Unit(benchmark::kMillisecond);
 BENCHMARK(colorPinhole)->Unit(benchmark::kMillisecond);
 BENCHMARK(depthPinhole)->Unit(benchmark::kMillisecond);
+BENCHMARK(stereoDepth)->Args({640, 400})->Args({1280, 720})->Unit(benchmark::kMillisecond);
 BENCHMARK(visibleFeatures)->Unit(benchmark::kMillisecond);
 
 BENCHMARK_MAIN();

@@ -2,6 +2,7 @@
 
 #include "core/Log.h"
 #include "device/DeviceInfo.h"
+#include "device/ObjectViews.h"
 #include "device/RenderedColor.h"
 #include "device/RenderedFisheye.h"
 #include "device/RenderedTof.h"
@@ -173,6 +174,28 @@ void addSlam(const std::shared_ptr<DeviceState> &state, SimDevice::Components &c
         components.edge = makeSlam(state, components, TrajectoryPoses::Setup::edge(config.seed), true);
 }
 
+std::shared_ptr<SimVsc> makeVsc(const std::shared_ptr<DeviceState> &state)
+{
+    const DeviceConfig &config = state->config();
+    const StreamConfig stream = config.stream("vsc");
+    const cv::Size vga = stream.width > 0 ? cv::Size(stream.width, stream.height) : cv::Size(640, 400);
+    const double rate = stream.rate > 0 ? stream.rate : 30;
+    return std::make_shared<SimVsc>(
+        state, SharedWorld::get(config.seed), FisheyeRig::stereo(640, 400), vga, rate);
+}
+
+std::shared_ptr<SimObjectDetector> makeObjects(const std::shared_ptr<DeviceState> &state,
+    const std::shared_ptr<const FisheyeSource> &fisheye, const SimDevice::Components &components)
+{
+    const DeviceConfig &config = state->config();
+    const double asked = config.stream("objects").rate;
+    SimObjectDetector::Views views = fisheyeViews(fisheye);
+    views[SimObjectDetector::Color] = polynomialView(components.color);
+    views[SimObjectDetector::Tof] = polynomialView(components.tof);
+    return std::make_shared<SimObjectDetector>(
+        state, SharedWorld::get(config.seed), std::move(views), asked > 0 ? asked : 10);
+}
+
 SimDevice::Components makeComponents(const std::shared_ptr<DeviceState> &state)
 {
     const DeviceConfig &config = state->config();
@@ -180,14 +203,19 @@ SimDevice::Components makeComponents(const std::shared_ptr<DeviceState> &state)
         return replayComponents(state);
     SimDevice::Components components;
     components.imu = makeImu(state);
+    if (config.profile == Profile::ImuOnly)
+        return components;
+    const std::shared_ptr<FisheyeSource> fisheye = makeFisheyeSource(config);
     if (config.profile == Profile::Plain)
-        components.fisheye = std::make_shared<SimFisheyeCameras>(state, makeFisheyeSource(config));
-    else if (config.profile != Profile::ImuOnly)
-        components.fisheye = std::make_shared<SimFisheyeCamerasEx>(state, makeFisheyeSource(config));
-    if (config.profile == Profile::Headset || config.profile == Profile::Module)
+        components.fisheye = std::make_shared<SimFisheyeCameras>(state, fisheye);
+    else
+        components.fisheye = std::make_shared<SimFisheyeCamerasEx>(state, fisheye);
+    if (config.profile == Profile::Headset || config.profile == Profile::Module) {
         addColorAndTof(state, components);
-    if (components.fisheye)
-        addSlam(state, components);
+        components.vsc = makeVsc(state);
+        components.objects = makeObjects(state, fisheye, components);
+    }
+    addSlam(state, components);
     return components;
 }
 

@@ -56,7 +56,9 @@ std::map<std::string, std::string> makeInfo(
         {"edge6dofAvailable", flag(components.edge != nullptr)},
         {"rgb2Available", flag(components.color && components.color->hasSecond())},
         {"afRGBAvailable", flag(config.profile == Profile::Headset)},
-        {"downsampleAvailable", flag(false)},
+        {"sgbmAvailable", flag(components.vsc != nullptr)},
+        {"cnnAvailable", flag(components.objects != nullptr)},
+        {"downsampleAvailable", flag(components.vsc != nullptr)},
         {"fisheyeSwitchAvailable", flag(false)},
     };
     if (config.profile == Profile::Replay)

@@ -58,6 +58,10 @@ bool SimDevice::enableSync(bool isSync)
     for (const auto &slam : {m_components.slam, m_components.edge})
         if (slam)
             slam->setSync(isSync);
+    if (m_components.vsc)
+        m_components.vsc->setSync(isSync);
+    if (m_components.objects)
+        m_components.objects->setSync(isSync);
     return true;
 }
 

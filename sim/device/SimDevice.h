@@ -5,8 +5,10 @@
 #include "device/SimColorCamera.h"
 #include "device/SimFisheyeCameras.h"
 #include "device/SimImuSensor.h"
+#include "device/SimObjectDetector.h"
 #include "device/SimSlam.h"
 #include "device/SimTofCamera.h"
+#include "device/SimVsc.h"
 #include "device/qv/Device.h"
 
 namespace sim {
@@ -21,6 +23,8 @@ public:
         std::shared_ptr<SimTofCamera> tof;
         std::shared_ptr<SimSlam> slam;
         std::shared_ptr<SimSlam> edge; ///< only devices with the extensions hand it out
+        std::shared_ptr<SimVsc> vsc;
+        std::shared_ptr<SimObjectDetector> objects;
     };
 
     SimDevice(
@@ -33,8 +37,8 @@ public:
     std::shared_ptr<qv::FisheyeCameras> fisheyeCameras() override { return m_components.fisheye; }
     std::shared_ptr<qv::ColorCamera> colorCamera() override { return m_components.color; }
     std::shared_ptr<qv::TofCamera> tofCamera() override { return m_components.tof; }
-    std::shared_ptr<qv::Vsc> vsc() override { return nullptr; }
-    std::shared_ptr<qv::ObjectDetector> objectDetector() override { return nullptr; }
+    std::shared_ptr<qv::Vsc> vsc() override { return m_components.vsc; }
+    std::shared_ptr<qv::ObjectDetector> objectDetector() override { return m_components.objects; }
     bool hidWriteAndRead(
         const std::vector<unsigned char> &command, std::vector<unsigned char> &result) override;
     bool enableSync(bool isSync) override;

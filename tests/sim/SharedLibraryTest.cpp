@@ -57,7 +57,8 @@ TEST(SharedLibrary, exportsItsInterfaceAndNothingElse)
     std::stringstream lines(symbols);
     int count = 0;
     for (std::string line; std::getline(lines, line); ++count) {
-        const std::string name = line.substr(0, line.find('('));
+        // Its records may be made of the standard library's types.
+        const std::string name = line.substr(0, line.find_first_of("(<"));
         EXPECT_EQ(name.find(" std::"), std::string::npos) << "a template of the standard library: " << line;
         EXPECT_TRUE(line.rfind("qv::", 0) == 0 || line.find(" for qv::") != std::string::npos) << line;
     }
