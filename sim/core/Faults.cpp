@@ -14,7 +14,8 @@ auto fields(const StreamFaults &f)
 
 auto fields(const Faults &f)
 {
-    return std::tie(f.refuse, f.streams, f.throwInfo, f.hidDelayMs, f.vanishAfter, f.returnAfter, f.damageMap);
+    return std::tie(
+        f.refuse, f.streams, f.throwInfo, f.hidDelayMs, f.vanishAfter, f.returnAfter, f.damageMap);
 }
 
 } // namespace
