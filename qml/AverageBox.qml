@@ -22,14 +22,15 @@ Rectangle {
         ratio = picture.imageRation
     }
 
+    // By the painter's own ratio: the one read last may be that of the frame before.
     function sendX() {
-        if (stream && ratio > 0)
-            stream.setCenterAvgX((x - picture.topLeftPoint.x) / ratio)
+        if (stream && picture && picture.imageRation > 0)
+            stream.setCenterAvgX((x - picture.topLeftPoint.x) / picture.imageRation)
     }
 
     function sendY() {
-        if (stream && ratio > 0)
-            stream.setCenterAvgY((y - picture.topLeftPoint.y) / ratio)
+        if (stream && picture && picture.imageRation > 0)
+            stream.setCenterAvgY((y - picture.topLeftPoint.y) / picture.imageRation)
     }
 
     // Keeps the box on the picture, and tells the stream its size in pixels of the frame.

@@ -86,6 +86,11 @@ DisplayItem {
             picture: painter
             stream: control.tof
             visible: control.tofCenterPixelSwitchChecked
+            // The new width came before the ratio that belongs to it, and a box that was dropped doesn't move.
+            onRatioChanged: {
+                sendX()
+                sendY()
+            }
         }
     }
 
