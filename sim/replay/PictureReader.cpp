@@ -94,7 +94,7 @@ cv::Mat readAny(const std::filesystem::path &file)
     const bool png = file.extension() == ".png" || bytes.compare(0, signature.size(), signature) == 0;
     if (bytes.empty() || (png && !isWholePng(bytes)))
         throw std::runtime_error("is broken");
-    const cv::Mat picture = decode(bytes);
+    cv::Mat picture = decode(bytes);
     const bool shown = picture.depth() == CV_8U || picture.depth() == CV_16U;
     if (picture.empty() || !shown || picture.channels() == 2)
         throw std::runtime_error("is no picture that can be shown");
@@ -147,7 +147,7 @@ cv::Mat readColor(const std::filesystem::path &file)
 
 cv::Mat readDepth(const std::filesystem::path &file)
 {
-    const cv::Mat picture = readAny(file);
+    cv::Mat picture = readAny(file);
     if (picture.type() != CV_16UC1)
         throw std::runtime_error("is no depth picture of 16 bits");
     return picture;

@@ -18,6 +18,7 @@ constexpr double turnLimit = 2; // rad/s
 std::vector<std::int64_t> timesOf(const std::vector<PoseRow> &track)
 {
     std::vector<std::int64_t> times;
+    times.reserve(track.size());
     for (const PoseRow &row : track)
         times.push_back(row.time);
     return times;

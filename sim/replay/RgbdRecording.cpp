@@ -104,6 +104,7 @@ Timeline RgbdRecording::timeline(double origin) const
 {
     const std::vector<PictureRow> &steady = color.empty() ? depth : color;
     std::vector<std::int64_t> times;
+    times.reserve(color.size() + depth.size());
     for (const PictureRow &row : steady)
         times.push_back(row.time);
     const double period = Timeline::usualPeriod(times, usualPeriod);
@@ -156,6 +157,7 @@ std::vector<PictureRow> rowsWithin(
 std::vector<Recording::Frame> framesOf(const std::vector<PictureRow> &rows)
 {
     std::vector<Recording::Frame> frames;
+    frames.reserve(rows.size());
     for (const PictureRow &row : rows)
         frames.push_back({row.time, {row.file}});
     return frames;

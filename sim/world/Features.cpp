@@ -123,7 +123,7 @@ std::optional<Eigen::Vector2d> Features::pixelOf(const Feature &feature, const C
     const Surface &surface = m_scene->surfaces()[static_cast<std::size_t>(feature.surface)];
     if (surface.normal.dot(worldFromCamera.translation() - feature.position) <= 1e-3)
         return std::nullopt;
-    const auto pixel = model.project(cameraFromWorld * feature.position);
+    auto pixel = model.project(cameraFromWorld * feature.position);
     const cv::Size size = model.size();
     if (!pixel || pixel->x() < 0 || pixel->y() < 0 || pixel->x() > size.width - 1
         || pixel->y() > size.height - 1)
