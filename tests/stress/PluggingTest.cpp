@@ -22,8 +22,7 @@ int changes()
     return wanted > 0 ? wanted : DefaultChanges;
 }
 
-/// What is allocated and not freed. The resident size would count what the heap keeps in fragments too, which
-/// grows with the size of the devices' buffers and not with the number of devices.
+/// What is allocated and not freed. The resident size would count what the heap keeps for later, too.
 double allocatedMiB()
 {
     const struct mallinfo2 heap = mallinfo2();
