@@ -18,6 +18,7 @@ DisplayItem {
     }
 
     RowLayout {
+        objectName: "axes"
         anchors.centerIn: parent
         anchors.verticalCenterOffset: infoLabel.height / 2
         width: Math.min(parent.width - 10, 500)
