@@ -100,6 +100,9 @@ Item {
             compare([indicator.running, label.visible, label.text], [true, true, "Looking for Quivra camera"])
             compare(indicator.y + indicator.height / 2, 450)
             compare(label.y, indicator.y + indicator.height + 20)
+            TranslateController.loadLanguage(1)
+            compare(label.text, "Logo/Looking for Quivra camera")
+            TranslateController.loadLanguage(0)
             logo.busy = false
             compare([indicator.running, label.visible], [false, false])
         }
