@@ -276,6 +276,29 @@ Item {
             tryVerify(function() { return !drawer.visible })
         }
 
+        function test_menuButtonClosesADrawerThatClosesByItself() {
+            listed(["A"])
+            var drawer = views.currentItem.cameraDrawer
+            drawer.closePolicy = Popup.CloseOnEscape | Popup.CloseOnReleaseOutside
+            mouseClick(find(page, "menuButton"))
+            tryVerify(function() { return drawer.opened })
+            // The release closes it already; the click must not bring it back.
+            mouseClick(find(page, "menuButton"))
+            tryVerify(function() { return !drawer.visible })
+            waitForRendering(page, 200)
+            verify(!drawer.visible)
+        }
+
+        function test_menuButtonWorksOnTheCurrentPage() {
+            listed(["A", "B"])
+            views.setCurrentIndex(1)
+            mouseClick(find(page, "menuButton"))
+            tryVerify(function() { return views.itemAt(1).cameraDrawer.opened })
+            verify(!views.itemAt(0).cameraDrawer.visible)
+            views.itemAt(1).cameraDrawer.close()
+            tryVerify(function() { return !views.itemAt(1).cameraDrawer.visible })
+        }
+
         function test_infoButtonShowsTheDevice() {
             var cameras = listed(["A"])
             mouseClick(find(page, "infoButton"))
