@@ -198,11 +198,14 @@ Item {
             var item = make(imuView, { width: 800, height: 600 })
             var axes = find(item, "axes")
             compare([axes.width, axes.height, axes.spacing], [500, 400, 5])
-            compare(axes.x, 150)
+            compare([axes.x, axes.y], [150, 100])
+            verify(find(item, "infoLabel").y + find(item, "infoLabel").height <= axes.y)
             item.width = 400
             item.height = 300
             verify(axes.width <= 400 && axes.height <= 300)
-            verify(axes.x >= 0 && axes.y >= 0 && axes.y + axes.height <= 300)
+            fuzzyCompare(axes.x + axes.width / 2, 200, 0.5)
+            fuzzyCompare(axes.y + axes.height / 2, 150, 0.5)
+            verify(find(item, "infoLabel").y + find(item, "infoLabel").height <= axes.y)
         }
 
         function test_imuViewHidesMagnWhenNarrow() {
