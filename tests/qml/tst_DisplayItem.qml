@@ -256,14 +256,16 @@ Item {
             create({})
             var popup = item.imgPopup
             popup.imgText.text = "Save image to: /captures"
+            var seen = []
+            popup.opacityChanged.connect(function() { seen.push(popup.opacity) })
             popup.open()
-            verify(popup.visible && !popup.opened)
-            tryVerify(function() { return popup.opacity > 0 && popup.opacity < 1 })
+            verify(popup.visible && !popup.opened && popup.opacity < 1)
             tryVerify(function() { return popup.opened && popup.opacity === 1 })
             popup.close()
-            verify(popup.visible)
-            tryVerify(function() { return popup.opacity > 0 && popup.opacity < 1 })
+            verify(popup.visible && !popup.opened)
             tryCompare(popup, "visible", false)
+            // Where it begins, where it is whole, and where it ends.
+            verify(seen.indexOf(0) >= 0 && seen.indexOf(1) > seen.indexOf(0) && seen.lastIndexOf(0) > seen.indexOf(1), seen)
         }
     }
 }

@@ -51,7 +51,7 @@ Item {
         // The film can't jump to its end, but it can hurry.
         function hurryThroughTheFilm() {
             film().speed = 20
-            tryVerify(function() { return film() === null || film().paused }, 30000)
+            tryVerify(function() { return film() === null || film().paused }, 60000)
         }
 
         function emptyPage() {
