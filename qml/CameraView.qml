@@ -233,6 +233,7 @@ Item {
 
     QtObject {
         id: p
+        objectName: "p"
 
         readonly property int count: [imuButton, stereoButton, rgbButton, tofButton, slamButton, sgbmButton, tof3DButton,
             irButton].filter(function(button) { return button.checked }).length
@@ -327,6 +328,7 @@ Item {
                             height: 28
 
                             Label {
+                                objectName: "uuidLabel"
                                 width: Math.min(implicitWidth, drawer.width - 100)
                                 text: view.camera ? view.camera.uuid : ""
                                 elide: Text.ElideMiddle
@@ -594,7 +596,8 @@ Item {
                                 objectName: "slamButton"
 
                                 compact: view.compact
-                                enabled: view.has("slam") && stereoResolutionComboBox.currentIndex !== 1
+                                enabled: view.has("slam")
+                                         && !(view.has("stereo") && stereoResolutionComboBox.currentIndex === 1)
                                 ButtonGroup.group: group
                                 onCheckedChanged: content.requestUpdateGrid()
                                 onClicked: view.controlSlam(checked)
@@ -677,6 +680,8 @@ Item {
                                     irButton.checked = false
                                 }
                             }
+                            // Nothing tells when the model settles, so each press asks it anew.
+                            onPressed: if (view.has("tof")) ready = camera.tof.isEnable()
                             onClicked: if (camera.tof.isEnable()) camera.tof.control(checked)
                         }
                     }
@@ -1484,6 +1489,7 @@ Item {
                             caption: qsTr("IMU Offset")
 
                             SpinBox {
+                                objectName: "offsetSpinBox"
                                 height: 40
                                 from: -100000
                                 to: 100000
@@ -1592,12 +1598,14 @@ Item {
                 }
 
                 ToolButton {
+                    objectName: "gridLayoutButton"
                     visible: false
                     icon.source: "qrc:/images/view_module"
                     onClicked: content.mode = 0
                 }
 
                 ToolButton {
+                    objectName: "sideLayoutButton"
                     visible: false
                     icon.source: "qrc:/images/view_sidebar"
                     onClicked: content.mode = 1
@@ -1840,6 +1848,7 @@ Item {
     }
 
     Rectangle {
+        objectName: "optionsVeil"
         anchors.fill: content.parent
         color: "black"
         opacity: optionsButton.checked ? 0.65 : 0
@@ -1856,7 +1865,8 @@ Item {
     }
 
     SettingsView {
-        anchors.centerIn: parent
+        objectName: "settingsView"
+        anchors.centerIn: content.parent
         camera: view.camera
         visible: optionsButton.checked
         onQuit: optionsButton.checked = false

@@ -142,6 +142,7 @@ DisplayItem {
         visible: control.optionsVisible
 
         Image {
+            objectName: "hFlipImage"
             width: 32
             height: 32
             source: "qrc:/images/vertical_flip"
@@ -153,6 +154,7 @@ DisplayItem {
         }
 
         Image {
+            objectName: "vFlipImage"
             width: 32
             height: 32
             rotation: 90

@@ -23,11 +23,13 @@ Item {
 
     Label {
         id: titleLabel
+        objectName: "titleLabel"
         anchors { top: parent.top; horizontalCenter: parent.horizontalCenter }
         text: control.title
     }
 
     RowLayout {
+        objectName: "row"
         anchors { top: titleLabel.bottom; topMargin: 5; bottom: parent.bottom; horizontalCenter: parent.horizontalCenter }
         spacing: 5
 

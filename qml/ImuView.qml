@@ -18,8 +18,8 @@ DisplayItem {
     }
 
     RowLayout {
+        objectName: "axes"
         anchors.centerIn: parent
-        anchors.verticalCenterOffset: infoLabel.height / 2
         width: Math.min(parent.width - 10, 500)
         height: Math.min(parent.height - 2 * infoLabel.height - 10, 400)
         spacing: 5

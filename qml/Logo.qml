@@ -24,6 +24,7 @@ Item {
 
     Image {
         id: logo
+        objectName: "logo"
         anchors.centerIn: parent
         width: 0.3 * parent.width
         source: "qrc:images/logo"
@@ -36,6 +37,7 @@ Item {
         anchors.fill: logo
 
         ImageParticle {
+            objectName: "dots"
             groups: ["dot"]
             source: "qrc:/images/dot"
             color: "#02cece"
@@ -54,6 +56,7 @@ Item {
             Item {
                 Emitter {
                     id: emitter
+                    objectName: "emitter" + index
                     system: particleSystem
                     group: "dot"
                     enabled: control.ready && control.busy
@@ -79,6 +82,7 @@ Item {
         }
 
         Attractor {
+            objectName: "attractor"
             anchors.fill: parent
             system: particleSystem
             pointX: mouseArea.mouseX - logo.x
@@ -91,6 +95,7 @@ Item {
 
     Glow {
         id: glow
+        objectName: "glow"
         anchors.fill: logo
         source: logo
         radius: 8
@@ -107,6 +112,7 @@ Item {
 
     BusyIndicator {
         id: busyIndicator
+        objectName: "busyIndicator"
         anchors.horizontalCenter: parent.horizontalCenter
         anchors.verticalCenter: parent.verticalCenter
         anchors.verticalCenterOffset: 150
@@ -114,6 +120,7 @@ Item {
     }
 
     Label {
+        objectName: "waitingLabel"
         anchors.horizontalCenter: parent.horizontalCenter
         anchors.top: busyIndicator.bottom
         anchors.topMargin: 20

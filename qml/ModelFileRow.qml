@@ -52,6 +52,7 @@ Column {
 
     Platform.FileDialog {
         id: dialog
+        objectName: "dialog"
 
         folder: tools.fileExists(row.model)
                 ? tools.folderUrl(row.model)

@@ -121,6 +121,7 @@ Rectangle {
 
         header: ToolBar {
             id: toolBar
+            objectName: "toolBar"
 
             background: Rectangle {
                 implicitHeight: 40
@@ -186,6 +187,7 @@ Rectangle {
                     delegate: ItemDelegate {
                         width: uuidSelector.width
                         highlighted: uuidSelector.highlightedIndex === index
+                        hoverEnabled: uuidSelector.hoverEnabled
                         contentItem: Text {
                             text: model.uuid
                             font: uuidSelector.font
@@ -283,6 +285,7 @@ Rectangle {
                 }
 
                 Image {
+                    objectName: "maker"
                     source: "qrc:images/quivra_white"
                     sourceSize.height: 2 * 0.75 * toolBar.background.implicitHeight
                     fillMode: Image.PreserveAspectFit

@@ -58,9 +58,11 @@ QtObject {
         function clearStereoPlanes() { device.note("planes.clearStereoPlanes") }
     }
     property var edgePlanes: null
+    property var eyetracking: null
     property var map: null
     property var tof: QtObject {
-        property bool settled: true
+        // As in the program, nothing tells when this changes.
+        readonly property var state: ({ settled: true })
         property int manufacturer: 0
         property var image: null
         property int dataFrameRate: 0
@@ -82,7 +84,7 @@ QtObject {
         onFpsChanged: device.note("tof.fps", fps)
         onResolutionChanged: device.note("tof.resolution", resolution)
         onPixelShowChanged: device.note("tof.pixelShow", pixelShow)
-        function isEnable() { return settled }
+        function isEnable() { return state.settled }
         function control(on) { device.note("tof.control", on) }
         function setEnableCenterAvgPx(on) { device.note("tof.setEnableCenterAvgPx", on) }
         function setLibWorkMode(mode) { device.note("tof.setLibWorkMode", mode) }

@@ -10,6 +10,7 @@ Item {
     property string version: "3.2.0"
     property string qv_sdk_version: "7.8.9"
     property bool advanced: true
+    property bool filesExist: false
 
     property var page: null
     property var device: null
@@ -43,7 +44,7 @@ Item {
 
         function filename(url) { return url.toString().split("/").pop() }
         function filepath(url) { return url.toString().replace("file://", "") }
-        function fileExists() { return false }
+        function fileExists() { return window.filesExist }
         function folderUrl(url) { return url }
         function openUrl() { return true }
         function copyToClipboard() {}
@@ -114,6 +115,10 @@ Item {
 
     function slot(index) {
         return store.saveSettings[index]
+    }
+
+    function storeMode(mode) {
+        modeStore.setValue("mode", mode)
     }
 
     function storedMode() {

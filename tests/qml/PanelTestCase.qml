@@ -103,6 +103,13 @@ TestCase {
             control(arguments[i]).checked = true
     }
 
+    // What starts and stops streams.
+    function controls() {
+        return device.callsTo().filter(function(call) {
+            return call.indexOf("control(") >= 0 || call.indexOf("registerFisheyeCameras") >= 0
+        })
+    }
+
     function placed() {
         return content.sideModel.count + content.uniqueModel.count
     }

@@ -92,6 +92,67 @@ Item {
             compare(page.cameraDrawer.height, page.height)
         }
 
+        function test_theDrawerIsThereAtTheStart() {
+            open()
+            compare([page.cameraDrawer.visible, page.cameraDrawer.modal], [true, false])
+            verify(Qt.colorEqual(page.cameraDrawer.background.color, "#242C33"))
+            compare(control("uuidLabel").text, "DEVICE-0001")
+            compare(control("buttonColumn").topPadding, 15)
+            compare([page.rcScale, page.topMargin, page.camera], [0.9, 0, device])
+        }
+
+        function test_theDrawerScrollsOnlyWhatIsHigherThanItself() {
+            open()
+            const flickable = control("flickable")
+            compare(flickable.clip, true)
+            page.height = 2000
+            tryVerify(function() { return flickable.height > flickable.contentHeight })
+            compare(flickable.interactive, false)
+            page.height = 300
+            tryVerify(function() { return flickable.height < flickable.contentHeight })
+            compare(flickable.interactive, true)
+        }
+
+        function test_ctrlQEndsTheProgramAlsoWithTheDrawerOpen() {
+            open()
+            const before = quits.count
+            keyClick(Qt.Key_Q, Qt.ControlModifier)
+            compare(quits.count, before + 1)
+        }
+
+        function test_runningStreamsAreCounted() {
+            open()
+            const counter = findChild(page, "p")
+            compare(counter.count, 0);
+            ["imuButton", "stereoButton", "rgbButton", "tofButton", "slamButton", "sgbmButton", "tof3DButton", "irButton"]
+                    .forEach(function(name, i) {
+                control(name).checked = true
+                compare(counter.count, i + 1, name)
+            });
+            ["rgb2Button", "rgbdButton", "eyetrackingButton"].forEach(function(name) {
+                control(name).checked = true
+                compare(counter.count, 8, name)
+            })
+            control("imuButton").checked = false
+            compare(counter.count, 7)
+        }
+
+        function test_aViewHasItsDeviceOnlyWhileItsSwitchIsOn_data() {
+            return ["imu", "stereo", "rgb", "rgb2", "rgbd", "tof", "ir", "sgbm", "tof3D", "slam"].map(function(name) {
+                return { tag: name }
+            })
+        }
+
+        function test_aViewHasItsDeviceOnlyWhileItsSwitchIsOn(row) {
+            open()
+            const item = viewNamed(row.tag + "View")
+            compare([item.active, item.camera], [false, null])
+            control(row.tag + "Button").checked = true
+            compare([item.active, item.camera], [true, device])
+            control(row.tag + "Button").checked = false
+            compare([item.active, item.camera], [false, null])
+        }
+
         function test_theViewsTakeTheDrawersRoomWhenItCloses() {
             open()
             compare(content.width, 1024 - 340)
@@ -140,12 +201,6 @@ Item {
             compare(controls(), row.calls)
         }
 
-        function controls() {
-            return device.callsTo().filter(function(call) {
-                return call.indexOf("control(") >= 0 || call.indexOf("registerFisheyeCameras") >= 0
-            })
-        }
-
         function test_codeMovesASwitchWithoutTheModel() {
             open()
             switchOn("stereoButton", "tofButton", "rgbButton")
@@ -176,9 +231,11 @@ Item {
 
         function test_smallWindowsHaveSmallSwitchTexts() {
             open()
-            compare(control("tofButton").font.pointSize, 11)
+            const all = switches.concat(["tof3DButton", "eyetrackingButton"])
+            page.width = 750
+            all.forEach(function(name) { compare(control(name).font.pointSize, 11, name) })
             page.width = 749
-            compare(control("tofButton").font.pointSize, 6)
+            all.forEach(function(name) { compare(control(name).font.pointSize, 6, name) })
         }
 
         // Guards
@@ -223,7 +280,7 @@ Item {
 
         function test_aSettlingModelRefusesClicks_data() {
             return [
-                { button: "tofButton", settle: function(on) { device.tof.settled = on } },
+                { button: "tofButton", settle: function(on) { device.tof.state.settled = on } },
                 { button: "rgbButton", settle: function(on) { device.rgb.isEnable = on } },
                 { button: "rgb2Button", settle: function(on) { device.rgb.isEnable2 = on } },
                 { button: "sgbmButton", settle: function(on) { device.sgbm.isEnable = on } }
@@ -264,6 +321,13 @@ Item {
             compare(controls(), [])
         }
 
+        function test_withoutStereoTheResolutionForbidsNothing() {
+            openWithout(["stereo"])
+            control("slamButton").checked = true
+            control("stereoResolutionComboBox").currentIndex = 1
+            compare([control("slamButton").checked, control("slamButton").enabled], [true, true])
+        }
+
         function test_aHintTellsWhySlamIsDisabled() {
             open()
             const hint = findChild(control("slamButton").parent, "slamHint")
@@ -277,297 +341,10 @@ Item {
             compare(hint.text, "If you want to turn on slam, please set the stereo resolution to VGA!")
             compare(hint.delay, 500)
             compare(hint.timeout, 5000)
+            compare(hint.x, area.width)
+            fuzzyCompare(hint.y + hint.height / 2, area.height / 2, 0.01)
             viewNamed("stereoView").resolutionIndex = 0
             tryCompare(hint, "visible", false)
-        }
-
-        // IMU and stereo
-
-        function test_imuModeSendsTheItemsValue() {
-            open()
-            const box = control("imumodeComboBox")
-            compare(box.currentIndex, 1)
-            box.currentIndex = 3
-            compare(device.imu.mode, 4)
-            box.currentIndex = -1
-            compare(device.imu.mode, 4)
-        }
-
-        function test_exposureIsSentOnlyWhenASliderMoves() {
-            open()
-            openSection("stereoText")
-            compare(control("autoExposure").checked, true)
-            compare(control("gainSlider").enabled, false)
-            compare(control("brightnessSlider").enabled, false)
-            mouseClick(reveal(control("gainSlider")))
-            compare(control("gainSlider").value, 10)
-
-            click("autoExposure")
-            compare(control("gainSlider").enabled, true)
-            compare(device.calls, ["stereo.autoExposure(false)"])
-
-            control("gainSlider").value = 16
-            control("brightnessSlider").value = 65
-            compare(device.calls, ["stereo.autoExposure(false)", "stereo.gain(16)", "stereo.brightness(65)"])
-            compare(findChild(control("gainSlider"), "valueLabel").text, "16")
-            compare(findChild(control("brightnessSlider"), "valueLabel").text, "65ms")
-
-            click("autoExposure")
-            control("gainSlider").value = 2
-            compare(device.stereo.gain, 16)
-        }
-
-        function test_uvcModeIndexAndValueDiffer() {
-            open()
-            const box = control("modeComboBox")
-            compare(box.currentIndex, 4)
-            compare(box.displayText, "Debug + DebugStruct")
-            compare(page.itemValue(box), 3)
-            compare(device.stereo.mode, 4)
-            box.currentIndex = 3
-            compare(device.stereo.mode, 5)
-            box.currentIndex = 4
-            compare(device.stereo.mode, 3)
-        }
-
-        function test_uvcModeIsForAdvancedUsers() {
-            open()
-            openSection("stereoText")
-            compare(control("modeComboBox").visible, true)
-            fixture.advanced = false
-            compare(control("modeComboBox").visible, false)
-            fixture.advanced = true
-        }
-
-        function test_aChoiceFromAListLeavesTheDrawerOpen() {
-            open()
-            openSection("imuText")
-            const box = reveal(control("imumodeComboBox"))
-            mouseClick(findChild(box, "arrowArea"))
-            tryCompare(box.popup, "opened", true)
-            const list = box.popup.contentItem
-            tryVerify(function() { return list.count === 4 && list.itemAtIndex(2) })
-            mouseClick(list.itemAtIndex(2))
-            tryCompare(box.popup, "visible", false)
-            compare(box.currentIndex, 2)
-            compare(device.calls, ["imu.mode(2)"])
-            compare(page.cameraDrawer.opened, true)
-        }
-
-        // SLAM
-
-        function test_slamFollowsTheSourceInUse_data() {
-            return [
-                { tag: "host", edge: false, calls: ["stereo.registerFisheyeCameras(true)", "slam.control(true)",
-                    "stereo.registerFisheyeCameras(false)", "slam.control(false)"] },
-                { tag: "edge", edge: true, calls: ["stereo.registerFisheyeCameras(true)", "edge.control(true)",
-                    "stereo.registerFisheyeCameras(false)", "edge.control(false)"] }
-            ]
-        }
-
-        function test_slamFollowsTheSourceInUse(row) {
-            open()
-            device.edge.enabled = row.edge
-            click("slamButton")
-            click("slamButton")
-            compare(controls(), row.calls)
-        }
-
-        function test_slamWorksWithoutEdgeAndStereo() {
-            openWithout(["edge", "stereo"])
-            click("slamButton")
-            compare(controls(), ["slam.control(true)"])
-        }
-
-        function test_slamAloneLeavesTheStereoViewEmpty() {
-            open()
-            click("slamButton")
-            compare(device.callsTo("stereo.registerFisheyeCameras"), ["stereo.registerFisheyeCameras(true)"])
-            compare(viewNamed("stereoView").camera, null)
-        }
-
-        function test_slamOptionsReachTheView() {
-            open()
-            const slamView = viewNamed("slamView")
-            compare([slamView.isMultiSlamShow, slamView.sourceChecked, slamView.planesSourceIndex], [true, true, 0])
-            control("multiSlamCheckbox").checked = false
-            control("sourceCheckbox").checked = false
-            control("planesSourceComboBox").currentIndex = 3
-            compare([slamView.isMultiSlamShow, slamView.sourceChecked, slamView.planesSourceIndex], [false, false, 3])
-        }
-
-        function test_clearPlanesGoesToTheChosenSource() {
-            open()
-            openSection("slamText")
-            control("planesSourceComboBox").currentIndex = 0
-            click("clearPlanesButton")
-            control("planesSourceComboBox").currentIndex = 1
-            click("clearPlanesButton")
-            control("planesSourceComboBox").currentIndex = 2
-            click("clearPlanesButton")
-            compare(device.callsTo("planes"), ["planes.clearTofPlanes()", "planes.clearStereoPlanes()"])
-            device.edgePlanes = device.planes
-            device.planes = null
-            click("clearPlanesButton")
-            control("planesSourceComboBox").currentIndex = 3
-            click("clearPlanesButton")
-            compare(device.callsTo("planes").slice(2), ["planes.clearTofPlanes()", "planes.clearStereoPlanes()"])
-        }
-
-        // General settings
-
-        function test_syncGoesToTheDevice() {
-            open()
-            openSection("generalText")
-            click("enableSyncCheckbox")
-            click("enableSyncCheckbox")
-            compare(device.calls, ["enableSync(true)", "enableSync(false)"])
-        }
-
-        function test_predictionGoesToTheEdge() {
-            open()
-            control("predictionSpinBox").value = -2500
-            compare(device.edge.prediction, -2500)
-            compare(control("predictionSpinBox").from, -100000)
-            compare(control("predictionSpinBox").to, 100000)
-            compare(control("predictionSpinBox").stepSize, 100)
-        }
-
-        function test_cnnOnSetsFilesAndSourceBeforeItStarts() {
-            open()
-            control("cnnModelDescriptor").model = "file:///m/net.json"
-            control("cnnModel").model = "file:///m/net.bin"
-            openSection("generalText")
-            click("enableCNNCheckbox")
-            compare(device.calls, ["objects.setModelDescriptor(/m/net.json)", "objects.setModel(/m/net.bin)",
-                "objects.updateCNNSource()", "objects.setEnabled(true)", "objects.control(true)"])
-            compare(viewNamed("rgbView").rgbPainter.CNNRunning, true)
-            device.forget()
-            click("enableCNNCheckbox")
-            compare(device.calls, ["objects.setEnabled(false)", "objects.control(false)"])
-            compare(viewNamed("rgbView").rgbPainter.CNNRunning, false)
-        }
-
-        function test_cnnSourceMovesTheBoxesToItsView() {
-            open()
-            const stereoPainter = findChild(viewNamed("stereoView"), "painter")
-            control("cnnCombobox").currentIndex = 1
-            compare(device.calls, ["objects.source(2)", "objects.updateCNNSource()"])
-            compare(viewNamed("rgbView").rgbPainter.CNNRunning, false)
-            compare(stereoPainter.CNNRunning, true)
-            control("cnnCombobox").currentIndex = 2
-            compare(device.calls.slice(2), ["objects.source(3)", "objects.updateCNNSource()"])
-            compare(viewNamed("rgbView").rgbPainter.CNNRunning, true)
-            compare(stereoPainter.CNNRunning, false)
-        }
-
-        function test_aPickedModelGoesToTheDetectorOnlyWhileItRuns() {
-            open()
-            const descriptor = control("cnnModelDescriptor")
-            descriptor.model = "file:///m/a.json"
-            descriptor.picked()
-            compare(device.calls, [])
-            control("enableCNNCheckbox").checked = true
-            device.forget()
-            descriptor.picked()
-            control("cnnModel").model = "file:///m/a.bin"
-            control("cnnModel").picked()
-            compare(device.calls, ["objects.setModelDescriptor(/m/a.json)", "objects.setModel(/m/a.bin)"])
-        }
-
-        function test_aModelFieldShowsThePathWhileItHasFocus() {
-            open()
-            openSection("generalText")
-            const row = control("cnnModel")
-            row.model = "file:///models/net.bin"
-            compare(row.field.text, "net.bin")
-            compare(row.field.readOnly, true)
-            mouseClick(reveal(row.field))
-            tryCompare(row.field, "text", "/models/net.bin")
-        }
-
-        function test_menuAutoCloseDecidesWhatClosesTheDrawer() {
-            open()
-            compare(control("menuAutoCloseCheckbox").checked, true)
-            compare(page.cameraDrawer.closePolicy, Popup.CloseOnEscape | Popup.CloseOnReleaseOutside)
-            control("menuAutoCloseCheckbox").checked = false
-            compare(page.cameraDrawer.closePolicy, Popup.NoAutoClose)
-            mouseClick(page, 900, 400)
-            wait(50)
-            compare(page.cameraDrawer.opened, true)
-            keyClick(Qt.Key_Escape)
-            compare(page.cameraDrawer.opened, true)
-
-            control("menuAutoCloseCheckbox").checked = true
-            mouseClick(page, 900, 400)
-            tryCompare(page.cameraDrawer, "visible", false)
-        }
-
-        function test_escapeClosesTheDrawer() {
-            open()
-            keyClick(Qt.Key_Escape)
-            tryCompare(page.cameraDrawer, "visible", false)
-        }
-
-        function test_theLanguageBoxShowsTheStoredLanguage() {
-            fixture.mainSettings.currentLanguageIndex = 2
-            open()
-            compare(control("combobox").displayText, "日本語")
-            fixture.mainSettings.currentLanguageIndex = 0
-            compare(control("combobox").displayText, "English")
-        }
-
-        function test_aLanguageKeepsEveryIndex() {
-            open()
-            const boxes = ["imumodeComboBox", "modeComboBox", "planesSourceComboBox", "distanceModeComboBox",
-                "cnnCombobox", "stereoResolutionComboBox", "sgbmResolutionComboBox", "colorSchemeCombobox",
-                "resolutionComboBox", "tofmodeComboBox", "frequencyCombox"].map(control)
-            boxes.forEach(function(box) { box.currentIndex = 1 })
-            device.forget()
-            openSection("generalText")
-            const language = control("combobox")
-            language.currentIndex = 1
-            language.activated(1)
-            compare(fixture.mainSettings.currentLanguageIndex, 1)
-            compare(TranslateController.loaded.slice(-1), [1])
-            boxes.forEach(function(box) { compare(box.currentIndex, 1, box.objectName) })
-            compare(control("imuText").text, "CameraView/IMU")
-            compare(boxes[0].displayText, "CameraView/VSlam+IMU")
-            compare(boxes[1].displayText, "CameraView/Video only")
-            compare(device.calls, [])
-
-            language.currentIndex = 0
-            language.activated(0)
-            compare(control("imuText").text, "IMU")
-            compare(boxes[0].displayText, "VSlam+IMU")
-            compare(device.calls, [])
-        }
-
-        // Hidden items
-
-        function test_hiddenItemsStayHidden() {
-            open();
-            ["tof3DButton", "eyetrackingButton", "optionsButton"].forEach(function(name) {
-                compare(control(name).visible, false, name)
-            })
-            compare(control("tof3DButton").text, "TOF 3D")
-            control("tof3DButton").clicked()
-            compare(device.callsTo("tof3d"), ["tof3d.control(false)"])
-        }
-
-        function test_theVersionDialogIsClosedByTheVeil() {
-            open()
-            page.cameraDrawer.close()
-            const dialog = findChild(page, "versionDialog")
-            compare(dialog.title, "Version")
-            compare(dialog.viewerversion, "Viewer version: 3.2.0")
-            compare(dialog.sdkversion, "QVSDK version: 7.8.9")
-            const veil = findChild(page, "versionVeil")
-            dialog.open()
-            tryCompare(veil, "opacity", 0.65)
-            mouseClick(veil, 5, veil.height - 5)
-            compare(dialog.visible, false)
-            tryCompare(veil, "visible", false)
         }
     }
 }

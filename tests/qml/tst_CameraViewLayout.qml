@@ -1,9 +1,21 @@
 import QtQuick 2.13
 import QtTest 1.13
+import "qrc:/"
 
 Item {
+    id: root
+
     width: 1024
     height: 768
+
+    Component {
+        id: bareArea
+
+        ViewArea {
+            width: 400
+            height: 300
+        }
+    }
 
     PanelFixture {
         id: fixture
@@ -27,6 +39,14 @@ Item {
             content.mode = 1
             tryVerify(function() { return content.uniqueModel.count === 1 })
             wait(60)
+        }
+
+        function press(name, button) {
+            mouseClick(findChild(viewNamed(name), button))
+        }
+
+        function logged(text) {
+            return messages.lines().filter(function(line) { return line.replace("qml: ", "") === text }).length
         }
 
         function minimized(model) {
@@ -106,6 +126,23 @@ Item {
             compare(stereo.height, 0)
             compare(stereo.camera, null)
             compare(content.sideModel.get(0).width, content.width)
+            compare(device.callsTo("stereo.setViewSize").slice(-1), ["stereo.setViewSize(0,0)"])
+        }
+
+        function test_sizesOfAbsentModelsAreNotSent() {
+            openWithout(["stereo", "rgb", "tof", "sgbm", "rgbd"])
+            switchOn("stereoButton", "rgbButton", "rgb2Button", "rgbdButton", "tofButton", "irButton", "sgbmButton")
+            tryVerify(function() { return placed() === 7 })
+            // The infrared view asks for the depth model, too.
+            compare(device.callsTo().filter(function(call) { return /set(View|View2)Size/.test(call) }), [])
+        }
+
+        function test_rgbdIsToldItsSize() {
+            open(function(fake) { fake.rgbd.enable = true })
+            switchOn("rgbdButton")
+            tryVerify(function() { return placed() === 1 })
+            compare(device.callsTo("rgbd.setViewSize").slice(-1),
+                    ["rgbd.setViewSize(" + content.width + "," + content.height + ")"])
         }
 
         function test_sizesGoToTheModels() {
@@ -168,7 +205,7 @@ Item {
         function test_maximizeAndBack() {
             open()
             turnOn(4)
-            viewNamed("rgbView").maximize()
+            press("rgbView", "maxBtn")
             compare(content.mode, 1)
             tryVerify(function() { return names(content.uniqueModel)[0] === "rgbView" })
             compare(names(content.sideModel), ["stereoView", "imuView", "rgb2View"])
@@ -178,12 +215,70 @@ Item {
             compare(viewNamed("rgbView").width, content.uniqueView.width)
             compare(content.uniqueView.cellWidth, content.uniqueView.width)
 
-            viewNamed("rgbView").maximize()
+            waitForRendering(content, 200)
+            press("rgbView", "maxBtn")
             compare(content.mode, 0)
             tryCompare(content.sideModel, "count", 4)
+            compare(content.uniqueModel.count, 0)
             // What had the big place comes first.
             compare(names(content.sideModel), ["rgbView", "stereoView", "imuView", "rgb2View"])
-            fuzzyCompare(viewNamed("rgbView").width, content.width / 2, 0.01)
+            names(content.sideModel).forEach(function(name) {
+                const item = viewNamed(name)
+                fuzzyCompare(item.width, content.width / 2, 0.01)
+                fuzzyCompare(item.height, content.height / 2, 0.01)
+                compare([item.minimized, item.visible, item.parent], [false, true, content.gridView.contentItem])
+            })
+        }
+
+        function test_maximizingBesideSlamSwapsTheTwo() {
+            open()
+            switchOn("stereoButton", "rgbButton", "slamButton")
+            tryVerify(function() { return placed() === 3 })
+            bigLayout()
+            press("rgbView", "maxBtn")
+            compare(content.mode, 1)
+            tryVerify(function() { return names(content.uniqueModel)[0] === "rgbView" })
+            compare(names(content.sideModel), ["stereoView", "slamView"])
+            compare([viewNamed("rgbView").minimized, viewNamed("slamView").minimized], [false, true])
+            compare([viewNamed("rgbView").modelIndex, viewNamed("slamView").modelIndex], [-1, 1])
+
+            // The next rebuild gives the place back.
+            control("stereoButton").checked = false
+            tryVerify(function() { return names(content.uniqueModel)[0] === "slamView" && placed() === 2 })
+            compare(names(content.sideModel), ["rgbView"])
+        }
+
+        function test_aMaximizedImuOrInfraredViewIsLogged() {
+            open()
+            switchOn("imuButton", "stereoButton", "tofButton", "irButton")
+            tryVerify(function() { return placed() === 4 })
+            viewNamed("stereoView").maximize()
+            compare([logged("imuview maximize"), logged("ir view maximize")], [0, 0])
+            viewNamed("imuView").maximize()
+            compare([logged("imuview maximize"), logged("ir view maximize")], [1, 0])
+            viewNamed("irView").maximize()
+            compare([logged("imuview maximize"), logged("ir view maximize")], [1, 1])
+        }
+
+        function test_theStripKeepsItsShareAndItsLeastWidth_data() {
+            return [{ tag: "narrow", width: 1024 }, { tag: "wide", width: 1840 }]
+        }
+
+        function test_theStripKeepsItsShareAndItsLeastWidth(row) {
+            open()
+            page.width = row.width
+            page.height = 600
+            turnOn(2)
+            bigLayout()
+            compare(content.uniqueView.interactive, false)
+            if (row.tag === "wide")
+                fuzzyCompare(content.uniqueView.width, 0.8 * content.width, 1)
+            else
+                compare(content.sideView.width, 150)
+            fuzzyCompare(content.sideView.cellHeight, content.sideView.cellWidth * 480 / 640, 0.01)
+            compare(content.sideView.interactive, false)
+            turnOn(8)
+            tryCompare(content.sideView, "interactive", true)
         }
 
         function test_everyMaximizedViewIsShown_data() {
@@ -244,10 +339,23 @@ Item {
             compare(content.mode, 1)
         }
 
-        function test_aMissingLayoutIsTheGrid() {
-            fixture.clearStore()
+        function test_aLayoutThatIsNoneIsTheGrid_data() {
+            return [{ tag: "none", stored: -1 }, { tag: "unknown", stored: 7 }]
+        }
+
+        function test_aLayoutThatIsNoneIsTheGrid(row) {
+            fixture.storeMode(row.stored)
             open()
             compare(content.mode, 0)
+            turnOn(1)
+            compare(content.gridView.visible, true)
+        }
+
+        function test_anAreaOfItsOwnHasNoLayout() {
+            const area = createTemporaryObject(bareArea, root)
+            compare(area.mode, -1)
+            compare([area.gridView.visible, area.sideView.visible], [false, false])
+            compare([area.landscape, area.unusedModel.count], [true, 0])
         }
 
         function test_closingAViewStopsItsModel_data() {
@@ -266,13 +374,23 @@ Item {
         }
 
         function test_closingAViewStopsItsModel(row) {
-            open()
+            open(function(fake) { fake.rgbd.enable = true })
             control(row.button).checked = true
             tryVerify(function() { return placed() === 1 })
-            viewNamed(row.tag).closeSensor()
+            press(row.tag, "closeBtn")
             compare(control(row.button).checked, false)
             compare(device.callsTo().filter(function(call) { return call.indexOf("control(") >= 0 }), row.calls)
             tryVerify(function() { return placed() === 0 })
+        }
+
+        function test_closingTheEyetrackingViewStopsItsModel() {
+            open()
+            const calls = []
+            device.eyetracking = { left: null, right: null, control: function(on) { calls.push(on) } }
+            const item = viewNamed("eyetrackingView")
+            item.checked = true
+            item.closeSensor()
+            compare([item.checked, calls], [false, [false]])
         }
 
         function test_rgbdIsSeenOnlyWhileItsStreamsRun() {
@@ -313,11 +431,34 @@ Item {
         }
 
         function test_theSecondColourViewIsToldApart() {
-            open()
+            open(function(fake) {
+                fake.rgb.image = frames.make(1920, 1080)
+                fake.rgb.image2 = frames.make(640, 480)
+                fake.rgb.dataFrameRate = 30
+                fake.rgb.dataFrameRate2 = 15
+            })
+            switchOn("rgbButton", "rgb2Button")
+            tryVerify(function() { return placed() === 2 })
             const item = viewNamed("rgb2View")
             compare(item.rgbName, "[RGB2]")
             compare(item.showSaveImageButton, false)
-            compare(viewNamed("slamView").showPathButton, true)
+            compare(findChild(item, "imgBtn").visible, false)
+            compare(findChild(viewNamed("rgbView"), "imgBtn").visible, true)
+            compare(findChild(viewNamed("rgbView"), "infoLabel").text, "[RGB]  1920x1080@30fps")
+            compare(findChild(item, "infoLabel").text, "[RGB2]  640x480@15fps")
+            compare(item.rgbPainter.source, device.rgb.image2)
+            device.rgb.dataFrameRate2 = 20
+            compare(findChild(item, "infoLabel").text, "[RGB2]  640x480@20fps")
+        }
+
+        function test_onlySlamRecordsItsPath() {
+            open();
+            ["imuView", "stereoView", "rgbView", "rgb2View", "rgbdView", "tofView", "irView", "sgbmView", "tof3DView",
+                "eyetrackingView", "slamView"].forEach(function(name) {
+                compare(viewNamed(name).showPathButton, name === "slamView", name)
+                compare(viewNamed(name).showSaveImageButton,
+                        ["stereoView", "rgbView", "tofView", "irView", "sgbmView"].indexOf(name) >= 0, name)
+            })
         }
 
         function test_maximizingMayBeLate() {

@@ -59,10 +59,14 @@ Item {
             var item = make(customSwitch)
             compare(item.contentItem.text, "off")
             compare([item.indicator.width, item.indicator.height], [48 * 0.4, 26 * 0.4])
+            compare([item.onText, item.offText, item.checked], ["on", "off", false])
+            verify(item.indicator.radius > 0)
+            verify(Qt.colorEqual(item.indicator.color, "transparent"))
             verify(Qt.colorEqual(item.indicator.border.color, "#F56C6C"))
             verify(Qt.colorEqual(item.contentItem.color, "#F56C6C"))
             var knob = find(item, "knob")
             compare(knob.x, 0)
+            compare([knob.width, knob.height], [26 * 0.4, 26 * 0.4])
             mouseClick(item)
             compare(item.contentItem.text, "on")
             verify(Qt.colorEqual(item.indicator.color, "#409EFF"))
@@ -137,8 +141,65 @@ Item {
             tryVerify(closed(item))
         }
 
-        function test_escapeDoesNotSwallowTheNextClick() {
+        function both() {
+            return [{ tag: "choice", edited: false }, { tag: "presets", edited: true }]
+        }
+
+        function boxOf(data) {
+            return data.edited ? allSettingsCombobox : make(comboBox)
+        }
+
+        function test_boxesAreDark_data() {
+            return both()
+        }
+
+        function test_boxesAreDark(data) {
+            var item = boxOf(data)
+            compare([item.scale, item.rScale, item.isClosed, item.isListModel], [0.8, 0.8, false, false])
+            verify(Qt.colorEqual(item.background.color, "#090B0D"))
+            item.popup.open()
+            tryVerify(opened(item))
+            verify(Qt.colorEqual(item.popup.background.color, "#090B0D"))
+            var entries = [0, 1].map(function(i) { return item.popup.contentItem.itemAtIndex(i) })
+            entries.forEach(function(entry) { verify(Qt.colorEqual(entry.contentItem.color, "white")) })
+            verify(Qt.colorEqual(entries[0].background.color, "#3E4D59"))
+            verify(Qt.colorEqual(entries[1].background.color, "#090B0D"))
+            entries[1].down = true
+            verify(Qt.colorEqual(entries[1].background.color, "#242C33"))
+            item.popup.close()
+            tryVerify(closed(item))
+        }
+
+        function test_arrowBoxLightsUnderTheMouse_data() {
+            return both()
+        }
+
+        function test_arrowBoxLightsUnderTheMouse(data) {
+            var item = boxOf(data)
+            var box = find(item, "arrowBox")
+            mouseMove(item, 10, 10)
+            tryVerify(function() { return Qt.colorEqual(box.color, "#3E4D59") })
+            mouseMove(find(item, "arrowArea"), 10, 10)
+            tryVerify(function() { return Qt.colorEqual(box.color, "#586773") })
+            var arrow = box.children[0]
+            compare([arrow.source.toString(), arrow.rotation], ["qrc:/images/triangle", 180])
+            mouseMove(item, 10, 10)
+            tryVerify(function() { return Qt.colorEqual(box.color, "#3E4D59") })
+        }
+
+        function test_wordsStandInTheMiddle() {
             var item = make(comboBox)
+            verify(Qt.colorEqual(item.contentItem.color, "white"))
+            compare([item.contentItem.horizontalAlignment, item.contentItem.verticalAlignment],
+                    [Text.AlignHCenter, Text.AlignVCenter])
+        }
+
+        function test_escapeDoesNotSwallowTheNextClick_data() {
+            return both()
+        }
+
+        function test_escapeDoesNotSwallowTheNextClick(data) {
+            var item = boxOf(data)
             var arrow = find(item, "arrowArea")
             mouseMove(arrow, 10, 10)
             mouseClick(arrow)
@@ -152,8 +213,12 @@ Item {
             tryVerify(closed(item))
         }
 
-        function test_popupThatClosesOnThePressStaysClosed() {
-            var item = make(comboBox)
+        function test_popupThatClosesOnThePressStaysClosed_data() {
+            return both()
+        }
+
+        function test_popupThatClosesOnThePressStaysClosed(data) {
+            var item = boxOf(data)
             var arrow = find(item, "arrowArea")
             mouseMove(arrow, 10, 10)
             mouseClick(arrow)

@@ -117,6 +117,39 @@ Item {
             compare(saved.count, 0)
         }
 
+        function test_buttonsTellTheirPurpose_data() {
+            return [
+                { tag: "closeBtn", icon: "qrc:/images/close", hint: "Stop this Sensor" },
+                { tag: "maxBtn", icon: "qrc:/images/maximize", hint: "Maximize this Sensor" },
+                { tag: "imgBtn", icon: "qrc:images/image", hint: "Save image" },
+                { tag: "pathBtn", icon: "qrc:images/path", hint: "Save path" }
+            ]
+        }
+
+        function test_buttonsTellTheirPurpose(data) {
+            create({ showSaveImageButton: data.tag === "imgBtn", showPathButton: data.tag === "pathBtn" })
+            waitForRendering(item)
+            var button = find(item, data.tag)
+            compare([button.icon.source.toString(), button.ToolTip.text], [data.icon, data.hint])
+            mouseMove(item, 200, 200)
+            verify(!button.ToolTip.visible)
+            mouseMove(button, 16, 16)
+            tryCompare(button.ToolTip, "visible", true)
+            mouseMove(item, 200, 200)
+            tryCompare(button.ToolTip, "visible", false)
+        }
+
+        function test_pathButtonIsRedWhileItRecords() {
+            listener.list([recorder])
+            create({ showPathButton: true })
+            var button = find(item, "pathBtn")
+            verify(Qt.colorEqual(button.icon.color, "white"))
+            mouseClick(button)
+            verify(Qt.colorEqual(button.icon.color, "red"))
+            mouseClick(button)
+            verify(Qt.colorEqual(button.icon.color, "white"))
+        }
+
         function test_pathButtonRecordsThePath() {
             recorder.calls = []
             listener.list([recorder])
@@ -213,6 +246,26 @@ Item {
             compare(popup.y, find(item, "imgBtn").y + 50)
             compare(popup.width, popup.imgText.implicitWidth + 10 + 24)
             compare([popup.padding, popup.modal], [0, false])
+            verify(Qt.colorEqual(popup.imgText.color, "white"))
+            popup.imgText.text = "Save image to: /captures/of/a/much/longer/name"
+            compare(popup.width, popup.imgText.implicitWidth + 10 + 24)
+            compare(popup.x + popup.width, item.width)
+        }
+
+        function test_popupFadesInAndOut() {
+            create({})
+            var popup = item.imgPopup
+            popup.imgText.text = "Save image to: /captures"
+            var seen = []
+            popup.opacityChanged.connect(function() { seen.push(popup.opacity) })
+            popup.open()
+            verify(popup.visible && !popup.opened && popup.opacity < 1)
+            tryVerify(function() { return popup.opened && popup.opacity === 1 })
+            popup.close()
+            verify(popup.visible && !popup.opened)
+            tryCompare(popup, "visible", false)
+            // Where it begins, where it is whole, and where it ends.
+            verify(seen.indexOf(0) >= 0 && seen.indexOf(1) > seen.indexOf(0) && seen.lastIndexOf(0) > seen.indexOf(1), seen)
         }
     }
 }

@@ -100,8 +100,15 @@ Item {
             verify(Qt.colorEqual(item.color, "lightgray"))
         }
 
+        function test_unknownAxisHasNoColour() {
+            var item = make(gauge, { axis: 7 })
+            verify(!item.positiveColor.valid)
+            verify(!item.negativeColor.valid)
+        }
+
         function test_defaults() {
             var item = make(gauge)
+            verify(Qt.colorEqual(item.positiveColor, "#ef5350"))
             compare([item.minimumValue, item.maximumValue, item.value, item.axis], [0, 100, 50, GaugeView.Axis.X])
             compare([item.implicitWidth, item.implicitHeight], [15, 150])
         }
@@ -112,8 +119,38 @@ Item {
             compare(find(item, "yGauge").value, 1)
             compare(find(item, "zGauge").value, -1.5)
             compare(item.tickmarkStepSize, 0.5)
-            item.axis = null
-            compare(find(item, "xGauge").value, 0)
+            item.axis = null;
+            ["xGauge", "yGauge", "zGauge"].forEach(function(name) { compare(find(item, name).value, 0) })
+        }
+
+        function test_axisViewGivesItsBoundsToScaleAndBars() {
+            var item = make(axisView)
+            compare([item.minimumValue, item.maximumValue, item.factor, item.axis, item.title], [0, 100, 1, null, ""])
+            item.minimumValue = -3
+            item.maximumValue = 5;
+            ["gauge", "xGauge", "yGauge", "zGauge"].forEach(function(name) {
+                compare([find(item, name).minimumValue, find(item, name).maximumValue], [-3, 5])
+            })
+            compare(item.tickmarkStepSize, 1)
+            compare(["xGauge", "yGauge", "zGauge"].map(function(name) { return find(item, name).axis }),
+                    [GaugeView.Axis.X, GaugeView.Axis.Y, GaugeView.Axis.Z])
+        }
+
+        function test_axisViewStandsInARowUnderItsTitle() {
+            var item = make(axisView, { title: "Tilt" })
+            waitForRendering(item)
+            var label = find(item, "titleLabel")
+            var row = find(item, "row")
+            compare(label.text, "Tilt")
+            fuzzyCompare(label.x + label.width / 2, 75, 1)
+            verify(row.y >= label.height)
+            var gauge = find(item, "gauge")
+            // A spacer of 5 and the row's own spacing stand before the scale.
+            compare([gauge.x, row.spacing], [10, 5])
+            var x = find(item, "xGauge")
+            compare([find(item, "yGauge").x - x.x, find(item, "zGauge").x - x.x, x.width], [20, 40, 15])
+            // The scale's own bar takes no room: its bars are the three beside it.
+            compare(gauge.__style.valueBar.createObject(item).implicitWidth, 0)
         }
 
         function test_axisViewShowsOneDecimalForSmallSpans() {
@@ -138,6 +175,37 @@ Item {
             fuzzyCompare(find(find(item, "accelView"), "xGauge").value, 1, 1e-9)
             compare(find(find(item, "gyroView"), "yGauge").value, 2)
             compare(find(find(item, "magnView"), "zGauge").value, 30)
+        }
+
+        function test_imuViewNamesAndBoundsTheQuantities_data() {
+            return [
+                { tag: "accelView", title: "Accel [g]", bound: 2.5, factor: 1 / 9.81 },
+                { tag: "gyroView", title: "Gyro [rad/s]", bound: 20, factor: 1 },
+                { tag: "magnView", title: "Magn", bound: 200, factor: 1 }
+            ]
+        }
+
+        function test_imuViewNamesAndBoundsTheQuantities(data) {
+            var item = find(make(imuView), data.tag)
+            compare([item.title, item.minimumValue, item.maximumValue, item.factor],
+                    [data.title, -data.bound, data.bound, data.factor])
+            TranslateController.loadLanguage(1)
+            compare(item.title, "ImuView/" + data.title)
+            TranslateController.loadLanguage(0)
+        }
+
+        function test_imuViewKeepsItsBarsTogether() {
+            var item = make(imuView, { width: 800, height: 600 })
+            var axes = find(item, "axes")
+            compare([axes.width, axes.height, axes.spacing], [500, 400, 5])
+            compare([axes.x, axes.y], [150, 100])
+            verify(find(item, "infoLabel").y + find(item, "infoLabel").height <= axes.y)
+            item.width = 400
+            item.height = 300
+            verify(axes.width <= 400 && axes.height <= 300)
+            fuzzyCompare(axes.x + axes.width / 2, 200, 0.5)
+            fuzzyCompare(axes.y + axes.height / 2, 150, 0.5)
+            verify(find(item, "infoLabel").y + find(item, "infoLabel").height <= axes.y)
         }
 
         function test_imuViewHidesMagnWhenNarrow() {

@@ -1,6 +1,7 @@
 import QtQuick 2.13
 import QtQuick.Controls 2.13
 import QtTest 1.13
+import Qt.labs.settings 1.1
 
 Item {
     id: root
@@ -28,6 +29,12 @@ Item {
                 return on ? answer : ""
             }
         }
+    }
+
+    Settings {
+        id: store
+
+        category: "Settings"
     }
 
     StrictCase {
@@ -79,12 +86,76 @@ Item {
 
         function test_savedLanguageIsLoadedAtTheStart() {
             compare(TranslateController.loaded[TranslateController.loaded.length - 1], 0)
+            store.setValue("currentLanguageIndex", 2)
+            make(Qt.createComponent("qrc:/main.qml"))
+            compare(TranslateController.loaded[TranslateController.loaded.length - 1], 2)
+            store.setValue("currentLanguageIndex", 0)
+            TranslateController.loadLanguage(0)
+        }
+
+        function test_hintsBelongToThisDocument() {
+            var hints = { menuButton: "Menu List", infoButton: "Info", saveImagesButton: "Save images",
+                saveVideoButton: "Save video", savePathButton: "Save path", documentationButton: "Documentation" }
+            Object.keys(hints).forEach(function(name) { compare(find(page, name).ToolTip.text, hints[name]) })
+            TranslateController.loadLanguage(1)
+            Object.keys(hints).forEach(function(name) { compare(find(page, name).ToolTip.text, "main/" + hints[name]) })
+            compare(selector.displayText, "Add Source")
+            TranslateController.loadLanguage(0)
+        }
+
+        function test_hintAppearsUnderTheMouse() {
+            var button = find(page, "documentationButton")
+            mouseMove(page, 500, 500)
+            verify(!button.ToolTip.visible)
+            mouseMove(button, 20, 20)
+            tryCompare(button.ToolTip, "visible", true)
+            mouseMove(page, 500, 500)
+            tryCompare(button.ToolTip, "visible", false)
+        }
+
+        function test_barStandsInItsOrder() {
+            listed(["A"])
+            var names = ["menuButton", "uuidSelector", "infoButton", "documentationButton", "maker"]
+            var bar = find(page, "toolBar")
+            var begins = names.map(function(name) { return find(page, name).mapToItem(bar, 0, 0).x })
+            compare(begins, begins.slice().sort(function(a, b) { return a - b }))
+            compare(begins[0], 0)
+            verify(Qt.colorEqual(bar.background.color, "#3E4D59"))
+            compare([bar.height, bar.background.implicitHeight], [40, 40])
+            var maker = find(page, "maker")
+            tryCompare(maker, "status", Image.Ready)
+            fuzzyCompare(begins[4] + maker.width, bar.width - 5, 0.01)
+            compare(maker.height, 30)
+            fuzzyCompare(maker.width, maker.paintedWidth, 1)
+            compare([maker.y, maker.antialiasing, maker.fillMode], [5, true, Image.PreserveAspectFit])
+            compare(["menuButton", "infoButton", "saveImagesButton", "saveVideoButton", "savePathButton", "documentationButton"]
+                    .map(function(name) { return find(page, name).icon.source.toString().split("/").pop() }),
+                    ["list", "info", "image", "videocam", "path", "description"])
+        }
+
+        function test_selectorTellsItsState() {
+            var face = selector.background
+            mouseMove(page, 500, 500)
+            tryVerify(function() { return Qt.colorEqual(face.color, "transparent") })
+            mouseMove(selector, 20, 20)
+            tryVerify(function() { return Qt.colorEqual(face.color, "#586773") })
+            mousePress(selector, 20, 20)
+            verify(Qt.colorEqual(face.color, "#243440"))
+            mouseRelease(selector, 20, 20)
+            var words = selector.contentItem
+            verify(Qt.colorEqual(words.color, "white"))
+            compare([words.horizontalAlignment, words.elide], [Text.AlignHCenter, Text.ElideRight])
+            selector.popup.close()
+            tryCompare(selector.popup, "visible", false)
         }
 
         function test_withoutDeviceOnlyTheDocumentationReacts() {
             var names = ["menuButton", "infoButton", "saveImagesButton", "saveVideoButton", "savePathButton"]
             compare(names.map(function(name) { return find(page, name).enabled }), [false, false, false, false, false])
             compare(selector.displayText, "Add Source")
+            names.slice(0, 2).forEach(function(name) { mouseClick(find(page, name)) })
+            ;["infoDialog", "calibrationDialog"].forEach(function(name) { verify(!find(page, name).visible) })
+            compare([views.count, selector.count, selector.currentIndex], [0, 0, -1])
             mouseClick(find(page, "documentationButton"))
             compare(tools.opened, ["/usr/share/doc/qvsdk/index.html"])
         }
@@ -103,8 +174,16 @@ Item {
             tryVerify(function() { return selector.popup.opened })
             var list = selector.popup.contentItem
             compare([list.itemAtIndex(0).contentItem.text, list.itemAtIndex(1).contentItem.text], ["A", "B"])
-            compare(selector.popup.y, selector.height - 1)
-            mouseClick(list.itemAtIndex(1))
+            compare([selector.popup.y, selector.popup.padding], [selector.height - 1, 1])
+            verify(Qt.colorEqual(selector.popup.background.color, "#3E4D59"))
+            verify(Qt.colorEqual(selector.popup.background.border.color, "grey"))
+            var entry = list.itemAtIndex(1)
+            compare([entry.width, entry.contentItem.elide], [selector.width, Text.ElideRight])
+            verify(Qt.colorEqual(entry.contentItem.color, "white"))
+            compare([list.itemAtIndex(0).highlighted, entry.highlighted], [true, false])
+            keyClick(Qt.Key_Down)
+            compare([list.itemAtIndex(0).highlighted, entry.highlighted], [false, true])
+            mouseClick(entry)
             compare(views.currentIndex, 1)
             compare(selector.bActived, true)
             tryVerify(function() { return !selector.popup.visible })
@@ -197,6 +276,29 @@ Item {
             tryVerify(function() { return !drawer.visible })
         }
 
+        function test_menuButtonClosesADrawerThatClosesByItself() {
+            listed(["A"])
+            var drawer = views.currentItem.cameraDrawer
+            drawer.closePolicy = Popup.CloseOnEscape | Popup.CloseOnReleaseOutside
+            mouseClick(find(page, "menuButton"))
+            tryVerify(function() { return drawer.opened })
+            // The release closes it already; the click must not bring it back.
+            mouseClick(find(page, "menuButton"))
+            tryVerify(function() { return !drawer.visible })
+            waitForRendering(page, 200)
+            verify(!drawer.visible)
+        }
+
+        function test_menuButtonWorksOnTheCurrentPage() {
+            listed(["A", "B"])
+            views.setCurrentIndex(1)
+            mouseClick(find(page, "menuButton"))
+            tryVerify(function() { return views.itemAt(1).cameraDrawer.opened })
+            verify(!views.itemAt(0).cameraDrawer.visible)
+            views.itemAt(1).cameraDrawer.close()
+            tryVerify(function() { return !views.itemAt(1).cameraDrawer.visible })
+        }
+
         function test_infoButtonShowsTheDevice() {
             var cameras = listed(["A"])
             mouseClick(find(page, "infoButton"))
@@ -223,6 +325,10 @@ Item {
             verify(!veil.visible)
             var dialogs = ["versionDialog", "infoDialog", "calibrationDialog"].map(function(name) { return find(page, name) })
             dialogs.forEach(function(dialog) { dialog.open() })
+            verify(Qt.colorEqual(veil.color, "black"))
+            compare([veil.width, veil.height], [1024, 800])
+            // It fades in.
+            verify(veil.opacity < 0.65)
             tryCompare(veil, "opacity", 0.65)
             mouseClick(veil, 5, 700)
             compare(dialogs.map(function(dialog) { return dialog.visible }), [false, false, false])
@@ -257,14 +363,18 @@ Item {
             video.checked = true
             compare(page.path, "/captures/2")
             verify(Qt.colorEqual(video.icon.color, "red"))
+            compare(video.icon.source, "qrc:images/videocam_off")
             video.checked = false
             compare(page.path, "/captures/2")
+            compare(video.icon.source, "qrc:images/videocam")
             path.checked = true
+            verify(Qt.colorEqual(path.icon.color, "red"))
             path.checked = false
+            verify(Qt.colorEqual(path.icon.color, "white"))
             compare(cameras[0].calls, ["saveImages", "setRecording true", "setRecording false", "setRecordingSlam true",
                                        "setRecordingSlam false"])
-            images.pressAndHold()
-            compare(tools.opened, ["/captures/2"])
+            ;[images, video, path].forEach(function(button) { button.pressAndHold() })
+            compare(tools.opened, ["/captures/2", "/captures/2", "/captures/2"])
         }
 
         function test_hoverOverTheBarIsTold_data() {

@@ -36,7 +36,7 @@ Item {
                 property int count: 2
                 property int width: 640
                 property int height: 400
-                property int dataFrameRate: 50
+                property double dataFrameRate: 49.6
                 property int gain: 20
                 property int brightness: 5
                 property bool autoExposure: true
@@ -222,12 +222,66 @@ Item {
             camera.stereo.count = 4
             var view = make(stereoView, { camera: camera })
             compare(find(view, "painter").CNNRunning, false)
+            var painters = ["painter", "gridPainter0", "gridPainter1", "gridPainter2", "gridPainter3"].map(function(name) {
+                return find(view, name)
+            });
+            [false, true, false].forEach(function(running) {
+                view.setCNNRunning(running)
+                painters.forEach(function(painter) { compare(painter.CNNRunning, running, painter.objectName) })
+            })
+        }
+
+        function test_gridPaintersFollowTheView() {
+            var view = make(stereoView, { camera: camera })
+            var painters = [0, 1].map(function(index) { return find(view, "gridPainter" + index) })
+            painters.forEach(function(painter) {
+                compare([painter.tofData, painter.horizontalFlip, painter.verticalFlip, painter.showPoints],
+                        [camera.tof, false, false, true])
+            })
+            view.horizontalFlip = true
+            view.showPoints = false
+            painters.forEach(function(painter) {
+                compare([painter.horizontalFlip, painter.verticalFlip, painter.showPoints], [true, false, false])
+            })
+            view.horizontalFlip = false
+            view.verticalFlip = true
+            camera.tof = null
+            painters.forEach(function(painter) {
+                compare([painter.tofData, painter.horizontalFlip, painter.verticalFlip], [null, false, true])
+            })
+            view.verticalFlip = false
+            view.showPoints = true
+        }
+
+        function test_gridShowsAsManyCamerasAsThereAre() {
+            camera.stereo.count = 4
+            var view = make(stereoView, { camera: camera })
+            compare(find(view, "painters").count, 4)
+            camera.stereo.count = 2
+            compare(find(view, "painters").count, 2)
+            camera.stereo.count = 0
+            compare(find(view, "painters").count, 0)
             view.setCNNRunning(true)
-            compare(find(view, "painter").CNNRunning, true)
-            view.setCNNRunning(false)
-            compare(find(view, "painter").CNNRunning, false)
-            for (var i = 0; i < 4; ++i)
-                compare(find(view, "gridPainter" + i).CNNRunning, false)
+        }
+
+        function test_gridHasTwoColumns() {
+            camera.stereo.count = 4
+            var view = make(stereoView, { camera: camera })
+            find(view, "gridButton").checked = true
+            waitForRendering(view)
+            var places = [0, 1, 2, 3].map(function(index) { return find(view, "gridPainter" + index).mapToItem(view, 0, 0) })
+            verify(places[0].x === places[2].x && places[1].x === places[3].x && places[0].x < places[1].x)
+            verify(places[0].y === places[1].y && places[2].y === places[3].y && places[0].y < places[2].y)
+        }
+
+        function test_captionsBelongToTheirDocument() {
+            var stereo = make(stereoView, { camera: camera })
+            var eyes = make(eyetrackingView, { camera: camera, optionsVisible: true })
+            TranslateController.loadLanguage(1)
+            compare(find(stereo, "caption").text, "StereoView/Left")
+            compare(find(stereo, "gridCaption1").text, "StereoView/Right")
+            compare(find(eyes, "caption").text, "EyetrackingView/Left")
+            TranslateController.loadLanguage(0)
         }
 
         function test_objectsBelongToTheirCamera_data() {
@@ -356,6 +410,25 @@ Item {
             compare(find(view, "infoLabel").text, "[RGBD]  ")
             camera[data.tag] = null
             compare(find(view, "painter").source, null)
+        }
+
+        function test_rgbdShowsNoObjects() {
+            camera.objects.source = ObjectsData.RGB
+            compare(find(make(rgbdView, { camera: camera }), "painter").objects.length, 0)
+        }
+
+        function test_flipsReachThePainter_data() {
+            return [{ tag: "rgbd", component: rgbdView }, { tag: "ir", component: irView }]
+        }
+
+        function test_flipsReachThePainter(data) {
+            var view = make(data.component, { camera: camera })
+            var painter = find(view, "painter")
+            compare([painter.horizontalFlip, painter.verticalFlip], [false, false])
+            view.horizontalFlip = true
+            compare([painter.horizontalFlip, painter.verticalFlip], [true, false])
+            view.verticalFlip = true
+            compare([painter.horizontalFlip, painter.verticalFlip], [true, true])
         }
 
         function test_irForwardsClicks() {
