@@ -9,14 +9,31 @@
 
 namespace {
 
+/// What a text without a scheme can mean. It has been through the parser of URLs, to which '#' and '?' end
+/// the path and a percent sign encodes; in the name of a folder they are letters like any other.
+QStringList plainPaths(const QUrl &url)
+{
+    QString whole = url.path(QUrl::FullyDecoded);
+    if (url.hasQuery())
+        whole += QLatin1Char('?') + url.query(QUrl::FullyDecoded);
+    if (url.hasFragment())
+        whole += QLatin1Char('#') + url.fragment(QUrl::FullyDecoded);
+    return {url.toString(QUrl::FullyEncoded), whole, url.path(QUrl::FullyDecoded)};
+}
+
 /// The desktop's openers answer true for files that don't exist, and take a plain path with blanks or
 /// non-Latin letters for an encoded one: local targets are looked up here and go out as file URLs.
 bool openWithDesktop(const QUrl &url)
 {
     if (!url.isLocalFile() && !url.scheme().isEmpty())
         return QDesktopServices::openUrl(url);
-    const QFileInfo target(url.isLocalFile() ? url.toLocalFile() : url.path(QUrl::FullyDecoded));
-    return target.exists() && QDesktopServices::openUrl(QUrl::fromLocalFile(target.absoluteFilePath()));
+    const QStringList paths = url.isLocalFile() ? QStringList(url.toLocalFile()) : plainPaths(url);
+    for (const QString &path : paths) {
+        const QFileInfo target(path);
+        if (target.exists())
+            return QDesktopServices::openUrl(QUrl::fromLocalFile(target.absoluteFilePath()));
+    }
+    return false;
 }
 
 } // namespace

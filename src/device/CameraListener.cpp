@@ -84,7 +84,9 @@ void CameraListener::run()
 
 void CameraListener::addNew()
 {
-    for (const auto &[key, device] : m_devices) {
+    // A copy: who hears of a camera may let events through, and one of them may be the next answer.
+    const auto devices = m_devices;
+    for (const auto &[key, device] : devices) {
         const QString uuid = QString::fromStdString(key);
         if (listed(uuid)) {
             qv::setLogLevel(static_cast<qv::LogLevel>(m_logLevel));

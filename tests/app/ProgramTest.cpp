@@ -1,6 +1,9 @@
 // The built program itself, as far as it ends without a window.
+#include <QIcon>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QResource>
+#include <QSettings>
 #include <QTemporaryDir>
 
 namespace {
@@ -18,13 +21,13 @@ QProcessEnvironment environment(const QTemporaryDir &home)
     environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
     environment.insert(QStringLiteral("QT_QUICK_BACKEND"), QStringLiteral("software"));
     environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), home.path());
+    environment.insert(QStringLiteral("XDG_CONFIG_HOME"), home.path());
     environment.insert(QStringLiteral("QVSIM_CONFIG"), home.filePath(QStringLiteral("devices.json")));
     return environment;
 }
 
-Ended viewer(const QStringList &arguments)
+Ended viewer(const QStringList &arguments, const QTemporaryDir &home = QTemporaryDir())
 {
-    const QTemporaryDir home;
     QProcess process;
     process.setProcessEnvironment(environment(home));
     process.start(QStringLiteral(QV_VIEWER), arguments);
@@ -86,12 +89,31 @@ TEST(Program, helpShowsAllButTheHiddenOption)
     EXPECT_EQ(run.errors, QString());
 }
 
-TEST(Program, helpIsEnglishWhateverTheLocale)
+TEST(Program, helpIsEnglishWhateverLanguageWasChosenLast)
 {
-    qputenv("LC_ALL", "fr_FR.UTF-8");
-    const Ended run = viewer({QStringLiteral("--help")});
-    qunsetenv("LC_ALL");
-    EXPECT_TRUE(run.output.contains(QStringLiteral("Show console")));
+    // What the settings of the window keep: 1 to 3 are Chinese, Japanese and French.
+    for (int language = 1; language <= 3; ++language) {
+        const QTemporaryDir home;
+        QSettings settings(home.filePath(QStringLiteral("Quivra/QVSDK-Viewer.conf")), QSettings::IniFormat);
+        settings.setValue(QStringLiteral("Settings/currentLanguageIndex"), language);
+        settings.sync();
+        ASSERT_EQ(settings.status(), QSettings::NoError);
+        const Ended run = viewer({QStringLiteral("--help")}, home);
+        EXPECT_TRUE(run.output.contains(QStringLiteral("Show console"))) << run.output.toStdString();
+    }
+}
+
+TEST(Program, iconIsAmongTheResources)
+{
+    const QTemporaryDir folder;
+    const QString file = folder.filePath(QStringLiteral("resources.rcc"));
+    ASSERT_EQ(QProcess::execute(QStringLiteral(QV_RCC),
+                  {QStringLiteral("--binary"), QStringLiteral("-o"), file,
+                      QStringLiteral(QV_SOURCE_DIR "/qml/resources.qrc")}),
+        0);
+    ASSERT_TRUE(QResource::registerResource(file, QStringLiteral("/shipped")));
+    EXPECT_FALSE(QIcon(QStringLiteral(":/shipped/images/quivra_ico")).pixmap(16).isNull());
+    QResource::unregisterResource(file, QStringLiteral("/shipped"));
 }
 
 TEST(Program, unknownOptionEndsWithOne)

@@ -17,18 +17,33 @@ using ::testing::ElementsAre;
 
 namespace {
 
-/// Stands in for the desktop's opener of files and keeps what it was asked to open.
-class FileOpener : public QObject {
+/// Stands in for the desktop's opener of one scheme and keeps what it was asked to open.
+class Opener : public QObject {
     Q_OBJECT
 
 public:
-    FileOpener() { QDesktopServices::setUrlHandler(QStringLiteral("file"), this, "open"); }
-    ~FileOpener() override { QDesktopServices::unsetUrlHandler(QStringLiteral("file")); }
+    explicit Opener(const QString &scheme)
+        : m_scheme(scheme)
+    {
+        QDesktopServices::setUrlHandler(m_scheme, this, "open");
+    }
+    ~Opener() override { QDesktopServices::unsetUrlHandler(m_scheme); }
 
     QList<QUrl> opened;
 
 public slots:
     void open(const QUrl &url) { opened.append(url); }
+
+private:
+    const QString m_scheme;
+};
+
+class FileOpener : public Opener {
+public:
+    FileOpener()
+        : Opener(QStringLiteral("file"))
+    {
+    }
 };
 
 QString touch(const QDir &folder, const QString &name)
@@ -181,6 +196,41 @@ TEST(Tools, openUrlTakesAPlainTextFromADocument)
     Tools tools;
     EXPECT_EQ(evaluate(tools, "tools.openUrl(\"" + path.toUtf8() + "\")"), QVariant(true));
     EXPECT_THAT(opener.opened, ElementsAre(QUrl::fromLocalFile(path)));
+}
+
+TEST(Tools, openUrlTakesTheSignsOfAUrlForLettersOfAName)
+{
+    const QTemporaryDir parent;
+    Tools tools;
+    // Folders that stand beside the wrong ones: "run" is what is left of the first text's path.
+    ASSERT_TRUE(QDir(parent.path()).mkpath(QStringLiteral("run")));
+    for (const char *name : {"run#1", "run?b", "run?b#c d", "a%20b", "100%", "Lauf ä#2"}) {
+        const QString path = parent.filePath(QString::fromUtf8(name));
+        ASSERT_TRUE(QDir().mkpath(path));
+        const FileOpener opener;
+        EXPECT_TRUE(tools.openUrl(QUrl(path))) << name;
+        EXPECT_THAT(opener.opened, ElementsAre(QUrl::fromLocalFile(path))) << name;
+    }
+}
+
+TEST(Tools, openUrlLeavesOutTheFragmentOfAPageThatExists)
+{
+    const QTemporaryDir folder;
+    const QString path = touch(QDir(folder.path()), QStringLiteral("in dex.html"));
+    const FileOpener opener;
+    EXPECT_TRUE(Tools().openUrl(QUrl(folder.path() + QStringLiteral("/in%20dex.html?q#faults"))));
+    EXPECT_THAT(opener.opened, ElementsAre(QUrl::fromLocalFile(path)));
+}
+
+TEST(Tools, openUrlPassesOtherSchemesOnAsTheyAre)
+{
+    const Opener opener(QStringLiteral("qv-test"));
+    const LogCatcher log;
+    const QUrl url(QStringLiteral("qv-test://host/no/such%20thing?a=1#b"));
+    EXPECT_TRUE(Tools().openUrl(url));
+    EXPECT_THAT(opener.opened, ElementsAre(url));
+    EXPECT_THAT(
+        log.lines(), ElementsAre(QStringLiteral("debug: Open URL QUrl(\"%1\") true").arg(url.toString())));
 }
 
 TEST(Tools, openUrlTakesARelativePathFromTheWorkingDirectory)

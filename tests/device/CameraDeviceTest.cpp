@@ -239,7 +239,27 @@ TEST(CameraDevice, plainDeviceWithTofAndColourHasTof3dWithoutAnEdge)
     device->colorComponent = std::make_shared<FakeColorCamera>();
     const Built built = build(device);
     EXPECT_EQ(streamsOf(*built.camera), (Names{"rgb", "tof", "tof3d", "rgbd", "tofIr"}));
-    EXPECT_THAT(built.log, Contains(QStringLiteral("debug: No Edge available")));
+    QStringList edge;
+    for (const QString &line : built.log)
+        if (line.contains(QStringLiteral("edge"), Qt::CaseInsensitive))
+            edge.append(line);
+    EXPECT_THAT(edge,
+        ElementsAre(QStringLiteral("critical: No edge_ex"), QStringLiteral("debug: No Edge available"),
+            QStringLiteral("critical: No edge")))
+        << "the edge is looked for before the model that takes it is made";
+}
+
+TEST(CameraDevice, connectionsWithoutTheirEndsAreReportedByQtInOrder)
+{
+    const QStringList log = build(std::make_shared<FakeDevice>()).log;
+    ASSERT_GE(log.size(), 5);
+    const char *const senders[] = {"StereoData", "TofData", "RgbData", "CameraDevice"};
+    for (int i = 0; i < 4; ++i)
+        EXPECT_TRUE(log[i].startsWith(
+            QStringLiteral("warning: QObject::connect(%1, ").arg(QLatin1String(senders[i]))))
+            << log[i].toStdString();
+    EXPECT_EQ(log[4], QStringLiteral("critical: No edge_ex"));
+    EXPECT_EQ(log.filter(QStringLiteral("QObject::connect")).size(), 4);
 }
 
 TEST(CameraDevice, tofWithoutColourHasNoTof3d)
@@ -280,6 +300,26 @@ TEST(CameraDevice, informationIsSorted)
         (QJsonObject{{"Firmware Version", "3.1.4"}, {"serial Number", "0042"}, {"odd", "True"}, {"one", "1"},
             {"features", QJsonObject{{"edge Available", true}, {"eye Tracking", false}}},
             {"calibration", QJsonObject()}}));
+}
+
+TEST(CameraDevice, informationIsReadOnce)
+{
+    const FullDevice full;
+    full.device->infoMap = {{"version", "3.1.4"}, {"rgb2Available", "true"}};
+    const Built built = build(full.device);
+    built.camera->info();
+    built.camera->version();
+    const auto calls = full.device->calls();
+    EXPECT_EQ(std::count(calls.begin(), calls.end(), "info"), 1);
+}
+
+TEST(CameraDevice, objectsReplaceEntriesOfTheirNames)
+{
+    const auto device = std::make_shared<FakeDevice>();
+    device->infoMap = {{"features", "many"}, {"calibration", "none"}, {"other", "kept"}};
+    EXPECT_EQ(build(device).camera->info(),
+        (QJsonObject{
+            {"features", QJsonObject()}, {"calibration", QJsonObject()}, {"other", QStringLiteral("kept")}}));
 }
 
 TEST(CameraDevice, versionIsEmptyWithoutAnEntry)
@@ -329,8 +369,10 @@ TEST(CameraDevice, flagSettersTellChangesOnly)
     EXPECT_TRUE(camera.downSample());
     const QSignalSpy other(&camera, &CameraDevice::fisheyeSwitchChanged);
     EXPECT_TRUE(camera.setProperty("fisheyeSwitch", true));
+    EXPECT_TRUE(camera.setProperty("fisheyeSwitch", true));
     EXPECT_EQ(other.count(), 1);
     const QSignalSpy focus(&camera, &CameraDevice::afRGBChanged);
+    EXPECT_TRUE(camera.setProperty("afRGB", true));
     EXPECT_TRUE(camera.setProperty("afRGB", true));
     EXPECT_EQ(focus.count(), 1);
     const QSignalSpy second(&camera, &CameraDevice::rgb2Changed);

@@ -198,6 +198,32 @@ TEST_F(CameraListenerTest, unpluggedDeviceLeavesTheListAtOnceAndDiesInTheEventLo
     EXPECT_TRUE(m_log.lines().contains(QStringLiteral("debug: Stop camera")));
 }
 
+TEST_F(CameraListenerTest, anAnswerThatComesWhileItAddsCountsForWhatFollows)
+{
+    std::vector<Names> told;
+    QObject::connect(&m_listener, &CameraListener::camerasChanged, [&](const QList<QObject *> &cameras) {
+        told.push_back(namesOf(cameras));
+        if (told.size() == 1)
+            m_listener.setDevices(devicesOf({"c"}));
+    });
+    tick(Names{"a", "b"});
+    EXPECT_THAT(told, ElementsAre(Names{"a"}, Names{"a", "b"}, Names{"b"}, Names{}));
+    m_listener.run();
+    EXPECT_EQ(shown(), (Names{"c"}));
+}
+
+TEST_F(CameraListenerTest, answersBetweenTwoTicksReplaceEachOther)
+{
+    const QSignalSpy changed(&m_listener, &CameraListener::camerasChanged);
+    testing::internal::CaptureStderr();
+    m_listener.setDevices(devicesOf({"a"}));
+    m_listener.setDevices(devicesOf({"b"}));
+    m_listener.run();
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "New camera in viewer: b\n");
+    EXPECT_EQ(shown(), (Names{"b"}));
+    EXPECT_EQ(changed.count(), 1);
+}
+
 TEST_F(CameraListenerTest, oneTickAddsBeforeItRemoves)
 {
     tick(Names{"a"});
@@ -283,6 +309,11 @@ TEST(CameraListener, latestAnswerCounts)
     fake::library().reset();
     CameraListener listener(nullptr, 2);
     fake::library().setDevices(devicesOf({"a"}));
+    // Two answers later the poll thread has done with the first, but the event loop hasn't turned.
+    for (const int before = fake::library().answers(); fake::library().answers() < before + 2;)
+        QThread::yieldCurrentThread();
+    listener.run();
+    EXPECT_TRUE(listener.cameras().isEmpty()) << "an answer is taken on the main thread alone";
     ASSERT_TRUE(waitFor([&] {
         listener.run();
         return namesOf(listener.cameras()) == Names{"a"};
@@ -345,6 +376,8 @@ TEST(CameraListener, destructionWaitsForTheQuestionUnderWay)
         asked = true;
         while (!release)
             QThread::yieldCurrentThread();
+        // Time for a destruction that doesn't wait to come to its end.
+        QThread::msleep(200);
         answered = true;
     });
     auto listener = std::make_unique<CameraListener>(nullptr, 2);

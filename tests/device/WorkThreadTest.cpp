@@ -61,6 +61,13 @@ TEST(WorkThread, keepsNoDeviceBetweenItsQuestions)
     EXPECT_EQ(device.use_count(), 1);
 }
 
+TEST(WorkThread, whatTheLibraryThrowsGoesThrough)
+{
+    fake::library().reset();
+    fake::library().setOnGetDevices([] { throw std::runtime_error("no bus"); });
+    EXPECT_THROW(answersOf(1), std::runtime_error);
+}
+
 TEST(WorkThread, hasNoParentAndAsksNothingOnceEnded)
 {
     fake::library().reset();

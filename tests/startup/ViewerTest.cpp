@@ -16,10 +16,13 @@
 #include <QQmlContext>
 #include <QSurfaceFormat>
 #include <QTimer>
+#include <cstdio>
+#include <cstdlib>
 
 using ::testing::AllOf;
 using ::testing::Contains;
 using ::testing::ElementsAre;
+using ::testing::HasSubstr;
 using ::testing::IsSupersetOf;
 using ::testing::Not;
 
@@ -70,12 +73,47 @@ QStringList only(const QStringList &all, const QStringList &wanted)
     return lines;
 }
 
+/// Runs the program in a process that its own command line is to end, and that looks at its end whether the
+/// library was asked for devices.
+[[noreturn]] void runToItsEnd(std::string option)
+{
+    std::atexit([] {
+        // Long enough for a thread that has been started to ask its first question.
+        for (int i = 0; i < 100 && fake::library().getDevicesCalls().empty(); ++i)
+            QThread::msleep(5);
+        if (!fake::library().getDevicesCalls().empty())
+            std::fputs("asked for devices\n", stderr);
+    });
+    std::string name = "viewer";
+    char *arguments[] = {name.data(), option.data(), nullptr};
+    runViewer(2, arguments);
+    std::_Exit(99);
+}
+
 class Viewer : public testing::Test {
 protected:
     void SetUp() override { fake::library().reset(); }
 };
 
+using ViewerDeathTest = Viewer;
+
 } // namespace
+
+TEST_F(ViewerDeathTest, versionEndsBeforeAnyDeviceWork)
+{
+    EXPECT_EXIT(runToItsEnd("--version"), testing::ExitedWithCode(0), Not(HasSubstr("asked")));
+}
+
+TEST_F(ViewerDeathTest, helpEndsBeforeAnyDeviceWork)
+{
+    EXPECT_EXIT(runToItsEnd("--help"), testing::ExitedWithCode(0), Not(HasSubstr("asked")));
+}
+
+TEST_F(ViewerDeathTest, unknownOptionEndsBeforeAnyDeviceWork)
+{
+    EXPECT_EXIT(runToItsEnd("--nonsense"), testing::ExitedWithCode(1),
+        AllOf(HasSubstr("nonsense"), Not(HasSubstr("asked"))));
+}
 
 TEST_F(Viewer, documentSeesItsContext)
 {
@@ -182,6 +220,23 @@ TEST_F(Viewer, pollsBeforeTheEventLoopRuns)
     EXPECT_GT(calls, 0);
 }
 
+TEST_F(Viewer, pollsBeforeTheDocumentsHaveTheirContext)
+{
+    bool inTime = false;
+    int versions = 0;
+    // The text of the library's version is asked for twice: for the log, then for the context.
+    fake::library().setOnVersionText([&] {
+        if (++versions < 2)
+            return;
+        for (int i = 0; i < 10000 && fake::library().getDevicesCalls().empty(); ++i)
+            QThread::msleep(1);
+        inTime = !fake::library().getDevicesCalls().empty();
+    });
+    run({});
+    EXPECT_EQ(versions, 2);
+    EXPECT_TRUE(inTime);
+}
+
 TEST_F(Viewer, withoutAConsoleMessagesAreBareLines)
 {
     const LogCatcher replaced;
@@ -248,6 +303,8 @@ TEST_F(Viewer, waitsForTheQuestionUnderWay)
         // Holds the first question until the documents have gone.
         while (!windowGone)
             QThread::yieldCurrentThread();
+        // Time for a shutdown that doesn't wait to come to its end.
+        QThread::msleep(200);
         ++ended;
     });
     run({}, [&](QQmlApplicationEngine &engine, QApplication &) {

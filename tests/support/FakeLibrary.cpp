@@ -10,6 +10,7 @@ void Library::reset()
     m_answers = 0;
     m_wait = std::chrono::milliseconds(5);
     m_onGetDevices = nullptr;
+    m_onVersionText = nullptr;
     m_versionText = "1.2.3";
     m_pcdResult = true;
     m_getDevicesCalls.clear();
@@ -37,6 +38,12 @@ void Library::setOnGetDevices(std::function<void()> hook)
 {
     const std::lock_guard lock(m_mutex);
     m_onGetDevices = std::move(hook);
+}
+
+void Library::setOnVersionText(std::function<void()> hook)
+{
+    const std::lock_guard lock(m_mutex);
+    m_onVersionText = std::move(hook);
 }
 
 void Library::setVersionText(std::string text)
@@ -92,8 +99,13 @@ Devices Library::getDevices(const GetDevicesCall &call)
 
 std::string Library::versionText() const
 {
-    const std::lock_guard lock(m_mutex);
-    return m_versionText;
+    std::unique_lock lock(m_mutex);
+    const auto hook = m_onVersionText;
+    const std::string text = m_versionText;
+    lock.unlock();
+    if (hook)
+        hook();
+    return text;
 }
 
 void Library::setLogLevel(int level)

@@ -40,6 +40,8 @@ public:
     void setWait(std::chrono::milliseconds wait);
     /// Run at the begin of each `qv::getDevices`, on its thread.
     void setOnGetDevices(std::function<void()> hook);
+    /// Called whenever the version's text is asked for, on the thread that asks.
+    void setOnVersionText(std::function<void()> hook);
     void setVersionText(std::string text);
     void setPcdResult(bool result);
 
@@ -64,6 +66,7 @@ private:
     int m_answers = 0;
     std::chrono::milliseconds m_wait{5};
     std::function<void()> m_onGetDevices;
+    std::function<void()> m_onVersionText;
     std::string m_versionText = "1.2.3";
     bool m_pcdResult = true;
     std::vector<GetDevicesCall> m_getDevicesCalls;
