@@ -213,8 +213,15 @@ Item {
             compare(findChild(slider, "valueLabel").text, row.values[2] + "Hz")
         }
 
+        // Also where the hidden page of the view has stored other distances; and opening tells the device none of
+        // the values that the controls begin with.
         function test_thePainterFollowsTheSlidersFromTheStart() {
+            fixture.storeTofDistances(3, 5)
             open()
+            compare(fixture.callsOfOpening.filter(function(call) {
+                return /^(sgbm|rgb|tof|tofIr|rgbd)\./.test(call) && !/\.set(View2?Size|CenterAvg[XY])\(/.test(call)
+                        && !/^tof\.m(ax|in)Distance/.test(call)
+            }), [])
             const painter = viewNamed("tofView").tofPainter
             fuzzyCompare(painter.maxDistance, 1.0, 1e-6)
             fuzzyCompare(painter.minDistance, 0.1, 1e-6)
@@ -225,6 +232,12 @@ Item {
             compare(findChild(control("maxDistanceSlider"), "valueLabel").text, "6.0m")
             control("colorSchemeCombobox").currentIndex = 4
             compare(painter.colorIndex, 5)
+            control("colorSchemeCombobox").currentIndex = -1
+            compare(painter.colorIndex, 5)
+            device.forget()
+            control("sgbmcolorSchemeCombobox").currentIndex = -1
+            compare(device.calls, [])
+            fixture.storeTofDistances(0.1, 1.0)
         }
 
         function test_theAverageBoxFollowsItsSwitch() {
@@ -248,8 +261,14 @@ Item {
 
         function test_holeRowsNeedBothSwitches() {
             open()
+            compare(control("sgbmHoleSizeSpinBox").visible, false)
             openSection("sgbmText")
             compare(control("sgbmHoleSizeSpinBox").visible, true)
+            control("sgbmText").checked = false
+            compare(control("sgbmHoleSizeSpinBox").visible, false)
+            compare(control("sgbmZoomSpinBox").visible, false)
+            compare(control("sgbmDewarpSwitch").visible, false)
+            control("sgbmText").checked = true
             control("sgbmFillholesOrMaskSwitch").checked = false
             compare(control("sgbmHoleSizeSpinBox").visible, false)
             control("sgbmFillholesOrMaskSwitch").checked = true
@@ -263,6 +282,9 @@ Item {
             compare(control("sgbmCenterWidthSpinBox").visible, false)
             control("sgbmCenterPixelSwitch").checked = true
             compare(control("sgbmCenterWidthSpinBox").visible, true)
+            control("sgbmText").checked = false
+            compare(control("sgbmCenterWidthSpinBox").visible, false)
+            control("sgbmText").checked = true
             compare(control("sgbmCenterHeightSpinBox").visible, true)
         }
 
