@@ -143,7 +143,7 @@ Job coloursJob(const char *name, std::optional<int> colorMap)
         cv::Mat grey, colored;
         cv::Mat(400, 640, CV_16UC1, samples->data())
             .convertTo(grey, CV_8U, 255 / 7900.0, -100 * 255 / 7900.0);
-        cv::applyColorMap(grey, colored, std::max(colorMap, 2));
+        cv::applyColorMap(grey, colored, colorMap.value_or(cv::COLORMAP_JET));
         cv::cvtColor(colored, colored, cv::COLOR_BGR2RGB);
     };
     return {name, "convertTo, applyColorMap", paint, bare};

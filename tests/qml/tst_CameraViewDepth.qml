@@ -204,13 +204,33 @@ Item {
         function test_onlyTheLastFramerateIsSent(row) {
             open()
             const slider = control(row.slider)
-            row.values.forEach(function(value) { slider.value = value; wait(100) })
-            compare(device.calls, [])
+            row.values.forEach(function(value) { wait(100); slider.value = value })
             const stopped = Date.now()
+            compare(device.calls, [])
             tryVerify(function() { return device.calls.length > 0 }, 3000)
-            verify(Date.now() - stopped >= 300)
+            // The timer counts in ticks of the animations.
+            verify(Date.now() - stopped >= 450)
             compare(device.calls, [row.call])
             compare(findChild(slider, "valueLabel").text, row.values[2] + "Hz")
+        }
+
+        function test_aDragAcrossTheSliderSendsOneFramerate() {
+            open()
+            openSection("rgbText")
+            const slider = reveal(control("rgbFramerateSlider"))
+            const handle = slider.handle
+            const y = handle.y + handle.height / 2
+            const start = handle.x + handle.width / 2
+            mousePress(slider, start, y)
+            for (let step = 1; step <= 8; ++step) {
+                mouseMove(slider, start - 10 * step, y)
+                wait(80)
+            }
+            compare(device.calls, [])
+            mouseRelease(slider, start - 80, y)
+            verify(slider.value < 30 && slider.value > 6, slider.value)
+            tryVerify(function() { return device.calls.length > 0 }, 3000)
+            compare(device.calls, ["rgb.framerate(" + slider.value + ")"])
         }
 
         // Also where the hidden page of the view has stored other distances; and opening tells the device none of
@@ -329,6 +349,21 @@ Item {
             device.sgbm.resolution = 0
             device.sgbm.resolution = 1
             compare(box.currentIndex, 1)
+        }
+
+        function test_theSgbmResolutionFollowsAnotherModelToo() {
+            open()
+            const box = control("sgbmResolutionComboBox")
+            // As a preset does.
+            box.currentIndex = 1
+            const former = device.sgbm
+            device.sgbm = null
+            box.currentIndex = 1
+            former.resolution = 1
+            device.sgbm = former
+            compare(box.currentIndex, 1)
+            device.sgbm = null
+            compare(box.currentIndex, 0)
         }
     }
 }
