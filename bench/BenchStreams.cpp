@@ -16,6 +16,7 @@
 #include <functional>
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
+#include <optional>
 #include <random>
 
 /// Times what the stream models do with a frame beside the bare library call or the copy of the input, turn
@@ -129,7 +130,7 @@ Job holesJob()
         "hole filling 640x400, size 5", "closing alone", [=] { filler->fillHoles(frame, {}, 5); }, closing};
 }
 
-Job coloursJob(const char *name, int colorMap)
+Job coloursJob(const char *name, std::optional<int> colorMap)
 {
     const auto samples = std::make_shared<std::vector<unsigned short>>(room(640, 400));
     const auto colors = std::make_shared<SgbmColors>();
@@ -142,7 +143,7 @@ Job coloursJob(const char *name, int colorMap)
         cv::Mat grey, colored;
         cv::Mat(400, 640, CV_16UC1, samples->data())
             .convertTo(grey, CV_8U, 255 / 7900.0, -100 * 255 / 7900.0);
-        cv::applyColorMap(grey, colored, std::max(colorMap, 2));
+        cv::applyColorMap(grey, colored, colorMap.value_or(cv::COLORMAP_JET));
         cv::cvtColor(colored, colored, cv::COLOR_BGR2RGB);
     };
     return {name, "convertTo, applyColorMap", paint, bare};

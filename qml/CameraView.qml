@@ -1196,18 +1196,16 @@ Item {
                                 id: sgbmResolutionComboBox
                                 objectName: "sgbmResolutionComboBox"
 
-                                // A preset that moves the box ends its binding: the model's changes are followed here.
-                                readonly property Connections follower: Connections {
-                                    target: view.has("sgbm") ? view.camera.sgbm : null
-                                    function onResolutionChanged() {
-                                        if (sgbmResolutionComboBox.currentIndex !== camera.sgbm.resolution)
-                                            sgbmResolutionComboBox.currentIndex = camera.sgbm.resolution
-                                    }
+                                // No property binding: the first preset that moves the box would end it.
+                                readonly property Binding follower: Binding {
+                                    target: sgbmResolutionComboBox
+                                    property: "currentIndex"
+                                    value: view.has("sgbm") ? view.camera.sgbm.resolution : 0
                                 }
 
                                 width: 0.6 * buttonColumn.width
                                 isListModel: true
-                                currentIndex: view.has("sgbm") ? view.camera.sgbm.resolution : 0
+                                currentIndex: 0
                                 model: ListModel {
                                     ListElement { name: qsTr("VGA"); value: 0 }
                                     ListElement { name: qsTr("720P"); value: 1 }

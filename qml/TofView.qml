@@ -65,7 +65,11 @@ DisplayItem {
                     control.clicked()
             }
             onDoubleClicked: control.doubleClicked()
-            onPositionChanged: {
+            // A pointer that comes in one leap and rests has entered, but not changed its position inside.
+            onEntered: readPixel()
+            onPositionChanged: readPixel()
+
+            function readPixel() {
                 var corner = painter.topLeftPoint
                 var ratio = painter.imageRation
                 if (corner.x < mouseX && mouseX < painter.sourceWidth * ratio + corner.x

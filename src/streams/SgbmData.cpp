@@ -427,9 +427,11 @@ void SgbmData::readDepth(const DepthSamples<unsigned short> &samples, int width)
 std::shared_ptr<const unsigned char> SgbmData::coloured(const qv::SgbmImage &frame)
 try {
     const int scheme = m_colorIndex.load(relaxed);
-    const int colorMap = !m_fillHoles.load(relaxed) ? int(cv::COLORMAP_JET)
-        : scheme == 0                               ? SgbmColors::plainColors
-                                                    : scheme;
+    std::optional<int> colorMap = scheme;
+    if (!m_fillHoles.load(relaxed))
+        colorMap = cv::COLORMAP_JET;
+    else if (scheme == 0)
+        colorMap = SgbmColors::plainColors;
     const std::size_t count = frame.width * frame.height;
     const auto buffer = m_buffers.take(3 * count);
     m_colors.depthToPixels(frame.data.get(), count, range(int(frame.width)), colorMap, buffer.get());

@@ -87,15 +87,15 @@ cv::Mat narrowDisparity(const qv::SgbmImage &frame)
 struct SgbmColors::Table {
     using Color = std::array<unsigned char, 4>;
 
-    Table(const DepthRange &tableRange, int tableColorMap)
+    Table(const DepthRange &tableRange, std::optional<int> tableColorMap)
         : range(tableRange)
         , colorMap(tableColorMap)
         , colors(sampleValues)
     {
-        if (colorMap == plainColors)
-            setHues();
+        if (colorMap)
+            setLevels(*colorMap);
         else
-            setLevels();
+            setHues();
     }
 
     void setHues()
@@ -105,11 +105,11 @@ struct SgbmColors::Table {
                 colors[std::size_t(sample)].data());
     }
 
-    void setLevels()
+    void setLevels(int map)
     {
         cv::Mat levels(1, 256, CV_8UC1), bgr;
         std::iota(levels.data, levels.data + 256, static_cast<unsigned char>(0));
-        cv::applyColorMap(levels, bgr, colorMap);
+        cv::applyColorMap(levels, bgr, map);
         for (int sample = 0; sample < sampleValues; ++sample) {
             const int level = depthLevel(static_cast<unsigned short>(sample), range.near, range.far);
             const auto &color = bgr.at<cv::Vec3b>(level);
@@ -118,11 +118,12 @@ struct SgbmColors::Table {
     }
 
     DepthRange range;
-    int colorMap;
+    std::optional<int> colorMap;
     std::vector<Color> colors;
 };
 
-std::shared_ptr<const SgbmColors::Table> SgbmColors::table(const DepthRange &range, int colorMap)
+std::shared_ptr<const SgbmColors::Table> SgbmColors::table(
+    const DepthRange &range, std::optional<int> colorMap)
 {
     const std::lock_guard lock(m_mutex);
     if (!m_table || !(m_table->range == range) || m_table->colorMap != colorMap)
@@ -131,7 +132,7 @@ std::shared_ptr<const SgbmColors::Table> SgbmColors::table(const DepthRange &ran
 }
 
 void SgbmColors::depthToPixels(const unsigned char *samples, std::size_t count, const DepthRange &range,
-    int colorMap, unsigned char *rgb)
+    std::optional<int> colorMap, unsigned char *rgb)
 {
     if (count == 0)
         return;

@@ -385,24 +385,35 @@ PixelBox TofData::box() const
         m_centerAvgHeight.load(relaxed)};
 }
 
+bool TofData::isDamaged(const qv::DepthImage &frame)
+{
+    switch (frame.type) {
+    case Millimetres:
+        return !isWhole(frame, sizeof(std::int16_t));
+    case Metres:
+        return !isWhole(frame, sizeof(float));
+    case Infrared:
+        return !isCarriable(frame.width, frame.height, sizeof(float));
+    default:
+        return false;
+    }
+}
+
 void TofData::onDepthImage(const qv::DepthImage &frame)
 {
-    if (m_savePcdRequested.exchange(false, relaxed) && frame.type < Infrared)
+    // A damaged frame is as none: whoever waits for a point cloud gets that of the next one.
+    if (isDamaged(frame))
+        return;
+    if (m_savePcdRequested.exchange(false, relaxed) && (frame.type == Millimetres || frame.type == Metres))
         savePointCloud(frame);
     switch (frame.type) {
     case Millimetres:
-        if (!isWhole(frame, sizeof(std::int16_t)))
-            return;
         takeMillimetres(frame);
         break;
     case Metres:
-        if (!isWhole(frame, sizeof(float)))
-            return;
         takeMetres(frame);
         break;
     case Infrared:
-        if (!isCarriable(frame.width, frame.height, sizeof(float)))
-            return;
         break;
     default:
         qDebug() << "The viewer does not support this ToF image format";

@@ -127,6 +127,7 @@ private:
 
     // On the library's thread.
     void onDepthImage(const qv::DepthImage &frame);
+    static bool isDamaged(const qv::DepthImage &frame);
     void savePointCloud(const qv::DepthImage &frame);
     void takeMillimetres(const qv::DepthImage &frame);
     void takeMetres(const qv::DepthImage &frame);

@@ -14,6 +14,8 @@ Item {
 
     property var page: null
     property var device: null
+    /// What the device was asked while the page was made.
+    property var callsOfOpening: []
     property alias mainSettings: mainSettings
     property alias devices: listener.cameras
 
@@ -57,6 +59,12 @@ Item {
         category: "CameraView"
     }
 
+    Settings {
+        id: tofStore
+
+        category: "TofView"
+    }
+
     PresetStore {
         id: store
     }
@@ -84,6 +92,7 @@ Item {
             change(device)
         listener.cameras = [device]
         page = makePage({ width: window.width, height: window.height, camera: device })
+        callsOfOpening = device.calls.slice()
         device.forget()
         return page
     }
@@ -111,6 +120,11 @@ Item {
         modeStore.setValue("mode", 0)
         for (let i = 0; i < 10; ++i)
             store.release(i)
+    }
+
+    function storeTofDistances(nearest, furthest) {
+        tofStore.setValue("minDistance", nearest)
+        tofStore.setValue("maxDistance", furthest)
     }
 
     function slot(index) {

@@ -204,17 +204,44 @@ Item {
         function test_onlyTheLastFramerateIsSent(row) {
             open()
             const slider = control(row.slider)
-            row.values.forEach(function(value) { slider.value = value; wait(100) })
-            compare(device.calls, [])
+            row.values.forEach(function(value) { wait(100); slider.value = value })
             const stopped = Date.now()
+            compare(device.calls, [])
             tryVerify(function() { return device.calls.length > 0 }, 3000)
-            verify(Date.now() - stopped >= 300)
+            // The timer counts in ticks of the animations.
+            verify(Date.now() - stopped >= 450)
             compare(device.calls, [row.call])
             compare(findChild(slider, "valueLabel").text, row.values[2] + "Hz")
         }
 
-        function test_thePainterFollowsTheSlidersFromTheStart() {
+        function test_aDragAcrossTheSliderSendsOneFramerate() {
             open()
+            openSection("rgbText")
+            const slider = reveal(control("rgbFramerateSlider"))
+            const handle = slider.handle
+            const y = handle.y + handle.height / 2
+            const start = handle.x + handle.width / 2
+            mousePress(slider, start, y)
+            for (let step = 1; step <= 8; ++step) {
+                mouseMove(slider, start - 10 * step, y)
+                wait(80)
+            }
+            compare(device.calls, [])
+            mouseRelease(slider, start - 80, y)
+            verify(slider.value < 30 && slider.value > 6, slider.value)
+            tryVerify(function() { return device.calls.length > 0 }, 3000)
+            compare(device.calls, ["rgb.framerate(" + slider.value + ")"])
+        }
+
+        // Also where the hidden page of the view has stored other distances; and opening tells the device none of
+        // the values that the controls begin with.
+        function test_thePainterFollowsTheSlidersFromTheStart() {
+            fixture.storeTofDistances(3, 5)
+            open()
+            compare(fixture.callsOfOpening.filter(function(call) {
+                return /^(sgbm|rgb|tof|tofIr|rgbd)\./.test(call) && !/\.set(View2?Size|CenterAvg[XY])\(/.test(call)
+                        && !/^tof\.m(ax|in)Distance/.test(call)
+            }), [])
             const painter = viewNamed("tofView").tofPainter
             fuzzyCompare(painter.maxDistance, 1.0, 1e-6)
             fuzzyCompare(painter.minDistance, 0.1, 1e-6)
@@ -225,6 +252,12 @@ Item {
             compare(findChild(control("maxDistanceSlider"), "valueLabel").text, "6.0m")
             control("colorSchemeCombobox").currentIndex = 4
             compare(painter.colorIndex, 5)
+            control("colorSchemeCombobox").currentIndex = -1
+            compare(painter.colorIndex, 5)
+            device.forget()
+            control("sgbmcolorSchemeCombobox").currentIndex = -1
+            compare(device.calls, [])
+            fixture.storeTofDistances(0.1, 1.0)
         }
 
         function test_theAverageBoxFollowsItsSwitch() {
@@ -248,8 +281,14 @@ Item {
 
         function test_holeRowsNeedBothSwitches() {
             open()
+            compare(control("sgbmHoleSizeSpinBox").visible, false)
             openSection("sgbmText")
             compare(control("sgbmHoleSizeSpinBox").visible, true)
+            control("sgbmText").checked = false
+            compare(control("sgbmHoleSizeSpinBox").visible, false)
+            compare(control("sgbmZoomSpinBox").visible, false)
+            compare(control("sgbmDewarpSwitch").visible, false)
+            control("sgbmText").checked = true
             control("sgbmFillholesOrMaskSwitch").checked = false
             compare(control("sgbmHoleSizeSpinBox").visible, false)
             control("sgbmFillholesOrMaskSwitch").checked = true
@@ -263,6 +302,9 @@ Item {
             compare(control("sgbmCenterWidthSpinBox").visible, false)
             control("sgbmCenterPixelSwitch").checked = true
             compare(control("sgbmCenterWidthSpinBox").visible, true)
+            control("sgbmText").checked = false
+            compare(control("sgbmCenterWidthSpinBox").visible, false)
+            control("sgbmText").checked = true
             compare(control("sgbmCenterHeightSpinBox").visible, true)
         }
 
@@ -307,6 +349,21 @@ Item {
             device.sgbm.resolution = 0
             device.sgbm.resolution = 1
             compare(box.currentIndex, 1)
+        }
+
+        function test_theSgbmResolutionFollowsAnotherModelToo() {
+            open()
+            const box = control("sgbmResolutionComboBox")
+            // As a preset does.
+            box.currentIndex = 1
+            const former = device.sgbm
+            device.sgbm = null
+            box.currentIndex = 1
+            former.resolution = 1
+            device.sgbm = former
+            compare(box.currentIndex, 1)
+            device.sgbm = null
+            compare(box.currentIndex, 0)
         }
     }
 }

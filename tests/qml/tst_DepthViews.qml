@@ -120,6 +120,8 @@ Item {
             painter = find(view, "painter")
             tryCompare(painter, "imageRation", 2)
             tryCompare(find(view, "centerBox"), "x", 320)
+            // Above the picture first, since it may have come up under a resting pointer.
+            mouseMove(view, 10, 5)
             mouseMove(view, 10, 60)
         }
 
@@ -137,9 +139,9 @@ Item {
             compare(painter.source, camera[data.tag].image)
             compare(find(view, "infoLabel").text, data.label)
             var label = find(view, "depthLabel")
-            compare(label.text, "x: 0 ,y: 0 depth: 812" + data.unit + data.rest)
+            compare(label.text, "x: 5 ,y: 10 depth: 812" + data.unit + data.rest)
             view[data.tag + "CenterPixelSwitchChecked"] = true
-            compare(label.text, "x: 0 ,y: 0 depth: 812" + data.unit + "  avg depth: 790" + data.unit)
+            compare(label.text, "x: 5 ,y: 10 depth: 812" + data.unit + "  avg depth: 790" + data.unit)
             verify(label.visible)
             camera[data.tag].pixelShow = false
             verify(!label.visible)
@@ -152,6 +154,19 @@ Item {
             mouseMove(view, 101, 241)
             compare([view._x, view._y], [50, 100])
             compare([camera.lastOf("setX"), camera.lastOf("setY")], [50, 100])
+        }
+
+        function test_aPointerThatLeapsInTellsItsPixel_data() { return both() }
+
+        function test_aPointerThatLeapsInTellsItsPixel(data) {
+            open(data)
+            mouseMove(window, 680, 490)
+            camera.calls = []
+            // The window lies about the view: one event brings the pointer from outside.
+            mouseMove(window, 101, 241)
+            compare([view._x, view._y], [50, 100])
+            compare(camera.calls.slice(0, 2), ["setX 50", "setY 100"])
+            mouseMove(window, 680, 490)
         }
 
         function test_outsideThePictureTheLastPixelIsSentAgain_data() { return both() }
@@ -222,6 +237,52 @@ Item {
             compare([box.x, box.y], dropped)
         }
 
+        function test_aNewFrameSizeIsTakenInByADroppedBox_data() { return both() }
+
+        // 160 by 120 fill 640 by 480 at four times their size. The ToF view tells where the box stands in the new
+        // frame; the stereo view only how large it is there.
+        function test_aNewFrameSizeIsTakenInByADroppedBox(data) {
+            var properties = {}
+            properties[data.tag + "CenterPixelSwitchChecked"] = true
+            open(data, properties)
+            var box = find(view, "centerBox")
+            mouseDrag(box, 25, 25, -100, 40)
+            verify(box.x < 320 && box.y > 240)
+            var dropped = [box.x, box.y]
+            var before = [camera.lastOf("setCenterAvgX"), camera.lastOf("setCenterAvgY")]
+            compare(before, [dropped[0] / 2, (dropped[1] - 40) / 2])
+            frames.refill(camera[data.tag].image, 160, 120)
+            tryVerify(function() { return camera.lastOf("setCenterAvgWidth") === 12.5 })
+            compare(camera.lastOf("setCenterAvgHeight"), 12.5)
+            var drag = find(view, "mouseAreaDrag").drag
+            compare([drag.minimumX, drag.maximumX, drag.minimumY, drag.maximumY], [0, 590, 0, 430])
+            compare([camera.lastOf("setCenterAvgX"), camera.lastOf("setCenterAvgY")],
+                    data.tag === "tof" ? [dropped[0] / 4, dropped[1] / 4] : before)
+        }
+
+        function test_aNewViewSizeMovesTheLimits_data() { return both() }
+
+        // 320 by 200 in 960 by 480: 768 by 480 at 2.4 times their size, 96 from either side.
+        function test_aNewViewSizeMovesTheLimits(data) {
+            var properties = {}
+            properties[data.tag + "CenterPixelSwitchChecked"] = true
+            open(data, properties)
+            view.width = 960
+            var drag = find(view, "mouseAreaDrag").drag
+            tryVerify(function() { return Math.abs(camera.lastOf("setCenterAvgWidth") - 50 / 2.4) < 1e-3 })
+            fuzzyCompare(camera.lastOf("setCenterAvgHeight"), 50 / 2.4, 1e-3)
+            compare([drag.minimumX, drag.maximumX, drag.minimumY, drag.maximumY], [96, 814, 0, 430])
+            mouseMove(view, 337, 241)
+            compare([view._x, view._y], [100, 100]);
+            // Beside the picture the last pixel is told again.
+            [50, 900].forEach(function(x) {
+                camera.calls = []
+                mouseMove(view, x, 300)
+                compare([view._x, view._y], [100, 100])
+                compare(camera.calls, ["setX 100", "setY 100"])
+            })
+        }
+
         function test_newSizeIsTold_data() { return both() }
 
         function test_newSizeIsTold(data) {
@@ -241,9 +302,99 @@ Item {
             view[data.tag + "CenterPixelSwitchChecked"] = true
             mouseMove(view, 200, 200)
             compare([view._x, view._y], [0, 0])
+            workEveryControl()
             camera[data.tag] = null
             view.camera = camera
             compare(find(view, "painter").source, null)
+            workEveryControl()
+            find(view, "centerBox").x = 20
+            compare(camera.calls, [])
+        }
+
+        // Moves each switch, box and slider that the view has, and back, which no warning may follow.
+        function workEveryControl() {
+            var worked = 0
+            var names = ["tofShowDepthSwitch", "tofCenterPixelSwitch", "colorizeCheckbox", "sgbmDewarpSwitch",
+                         "sgbmCenterPixelSwitch", "sgbmDepthOrDisparitySwitch", "sgbmFillholesOrMaskSwitch",
+                         "sgbmSourceSwitch"]
+            names.forEach(function(name) {
+                var item = findChild(view, name)
+                if (!item)
+                    return
+                item.checked = !item.checked
+                item.checked = !item.checked
+                ++worked
+            })
+            names = ["modeComboBox", "distanceModeComboBox", "frequencyCombox", "resolutionCombox", "fpsCombox",
+                     "sonyTofModecombox", "sgbmResolutionComboBox"]
+            names.forEach(function(name) {
+                var item = findChild(view, name)
+                if (!item)
+                    return
+                var index = item.currentIndex
+                item.currentIndex = index === 0 ? 1 : 0
+                item.currentIndex = index
+                ++worked
+            })
+            names = ["maxDistanceSlider", "minDistanceSlider", "tofFramerateSlider", "sgbmZoomSpinBox",
+                     "sgbmBaselineSpinBox", "sgbmFovSpinBox", "sgbmMaxDisparitySpinBox", "sgbmMaxDistanceSpinBox",
+                     "sgbmMinDistanceSpinBox", "sgbmHoleSizeSpinBox", "sgbmHoleMinSpinBox", "sgbmHoleMaxSpinBox",
+                     "sgbmCenterWidthSpinBox", "sgbmCenterHeightSpinBox"]
+            names.forEach(function(name) {
+                var item = findChild(view, name)
+                if (!item)
+                    return
+                var value = item.value
+                item.value = item.to
+                item.value = value
+                ++worked
+            })
+            verify(worked >= 12, worked)
+        }
+
+        function test_theHiddenTofPageStoresItsValues() {
+            open(both()[0])
+            find(view, "maxDistanceSlider").value = 4
+            find(view, "minDistanceSlider").value = 0.5
+            find(view, "tofFramerateSlider").value = 20
+            find(view, "colorizeCheckbox").checked = false
+            view.destroy()
+            wait(0)
+            view = make(tofView, {})
+            compare([find(view, "maxDistanceSlider").value, find(view, "minDistanceSlider").value,
+                     find(view, "tofFramerateSlider").value, find(view, "colorizeCheckbox").checked],
+                    [4, 0.5, 20, false])
+            fuzzyCompare(find(view, "painter").maxDistance, 4, 1e-6)
+            compare(find(view, "painter").colorize, false)
+            find(view, "maxDistanceSlider").value = 1.0
+            find(view, "minDistanceSlider").value = 0.1
+            find(view, "tofFramerateSlider").value = 15
+            find(view, "colorizeCheckbox").checked = true
+        }
+
+        function test_theHiddenTofPageHasItsDefaults() {
+            view = make(tofView, {})
+            var sliders = [["maxDistanceSlider", 0.1, 7.5, 0, 1.0], ["minDistanceSlider", 0.1, 7.5, 0, 0.1],
+                           ["tofFramerateSlider", 5, 30, 5, 15]]
+            sliders.forEach(function(row) {
+                var slider = find(view, row[0])
+                compare([slider.from, slider.to, slider.stepSize, slider.value], row.slice(1), row[0])
+                verify(!slider.visible)
+            })
+            var boxes = [["modeComboBox", 1, 6], ["distanceModeComboBox", 1, 3], ["frequencyCombox", 0, 2],
+                         ["resolutionCombox", 0, 2], ["fpsCombox", 5, 6], ["sonyTofModecombox", 0, 3]]
+            boxes.forEach(function(row) {
+                compare([find(view, row[0]).currentIndex, find(view, row[0]).count], row.slice(1), row[0])
+            })
+        }
+
+        function test_openingSendsNoDefaults_data() { return both() }
+
+        // The spin boxes show values of their own until they are moved: only the mouse and the box have spoken.
+        function test_openingSendsNoDefaults(data) {
+            open(data)
+            var spoken = { setX: true, setY: true, setCenterAvgX: true, setCenterAvgY: true }
+            compare(camera.calls.filter(function(call) { return !spoken[call.split(" ")[0]] }), [])
         }
 
         function test_flipsPersist_data() { return both() }

@@ -275,6 +275,7 @@ TEST_F(Rgb, anUnknownCodecIsCountedAndDropped)
     EXPECT_EQ(update.count(), 0);
     EXPECT_EQ(rgb->image()->data(), good.data);
     EXPECT_EQ(rgb->sourceWidth(), 4);
+    EXPECT_TRUE(log.lines().isEmpty());
     fireTimers(*rgb);
     EXPECT_EQ(rgb->dataFrameRate(), 3.0);
 }
@@ -496,18 +497,33 @@ TEST_F(Rgb, shortEmptyAndBrokenFramesDoNoHarm)
 
 TEST_F(Rgb, whatSwscaleRefusesIsANullImageAndIsLeftOutOfTheVideo)
 {
-    // Wider than swscale goes.
+    const QTemporaryDir folder;
     run();
+    camera->deliver(yuyv(64, 48, 60, 128, 128));
+    rgb->setRecordPath(folder.filePath("rgb.avi"));
+    rgb->setRecording(true);
+    camera->deliver(yuyv(64, 48, 60, 128, 128));
+    // Wider than swscale goes.
     const std::size_t width = 1 << 26;
     camera->deliver(record(0, width, 1, std::vector<unsigned char>(2 * width, 100)));
     EXPECT_TRUE(rgb->toImage().isNull());
     EXPECT_TRUE(rgb->toMat().empty());
+    EXPECT_TRUE(rgb->save(folder.filePath("wide.png")));
+    EXPECT_FALSE(QFile::exists(folder.filePath("wide.png")));
+    camera->deliver(yuyv(64, 48, 200, 128, 128));
+    rgb->setRecording(false);
+    cv::VideoCapture video(rgb->recordPath().toStdString());
+    int frames = 0;
+    for (cv::Mat frame; video.read(frame);)
+        ++frames;
+    EXPECT_EQ(frames, 2);
 }
 
 TEST_F(Rgb, bothCamerasAppendTheFirstOnesPicture)
 {
     const QTemporaryDir folder;
     run();
+    rgb->setFramerate(12);
     rgb->control(true, 1);
     camera->deliver(yuyv(64, 48, 60, 128, 128));
     rgb->setRecordPath(folder.filePath("rgb.avi"));
@@ -518,6 +534,7 @@ TEST_F(Rgb, bothCamerasAppendTheFirstOnesPicture)
     }
     rgb->setRecording(false);
     cv::VideoCapture video(rgb->recordPath().toStdString());
+    EXPECT_NEAR(video.get(cv::CAP_PROP_FPS), 12, 0.01) << "not that of the frames of both";
     std::vector<double> means;
     for (cv::Mat frame; video.read(frame);)
         means.push_back(cv::mean(frame)[1]);

@@ -168,6 +168,11 @@ TEST_F(Sgbm, controlRegistersStartsWithTheConfigurationAndSignals)
     QStringList order;
     QObject::connect(
         sgbm.get(), &SgbmData::isEnableChanged, [&](bool on) { order << (on ? "enabled" : "disabled"); });
+    std::vector<bool> runningWhenEnabled;
+    QObject::connect(sgbm.get(), &SgbmData::isEnableChanged, [&](bool on) {
+        if (on)
+            runningWhenEnabled.push_back(sgbm->isRunning());
+    });
     QObject::connect(sgbm.get(), &SgbmData::resolutionChanged, [&] { order << "resolution"; });
     QElapsedTimer timer;
     timer.start();
@@ -175,6 +180,7 @@ TEST_F(Sgbm, controlRegistersStartsWithTheConfigurationAndSignals)
     EXPECT_GE(timer.elapsed(), 99);
     EXPECT_THAT(vsc->takeCalls(), ElementsAre("registerCallback", "start(config)", "resolution"));
     EXPECT_EQ(sgbm->resolution(), 1);
+    EXPECT_THAT(runningWhenEnabled, ElementsAre(false)) << "it runs once that has been told";
     EXPECT_TRUE(sgbm->isRunning());
     sgbm->control(true);
     EXPECT_THAT(vsc->takeCalls(),
@@ -195,6 +201,12 @@ TEST_F(Sgbm, theFirstConfigurationHasItsInitialValues)
     const qv::SgbmConfig &config = vsc->configs.at(0);
     EXPECT_EQ(config.enableDewarp, 1);
     EXPECT_EQ(config.dewarpZoomFactor, 1.0F);
+    EXPECT_EQ(config.enableDisparity, 1);
+    EXPECT_EQ(config.enableDepth, 1);
+    EXPECT_EQ(config.enablePointCloud, 0);
+    EXPECT_EQ(config.enableGamma, 1);
+    EXPECT_EQ(config.gamma, 2.2F);
+    EXPECT_EQ(config.enableGammaCorrection, 0);
     EXPECT_EQ(config.baseline, 0.08F);
     EXPECT_EQ(config.fov, 96.0F);
     EXPECT_EQ(config.maxDisparity, 255);
@@ -395,11 +407,24 @@ TEST_F(Sgbm, theRangeEndsWhereThePairSeesNoFurther)
     const Samples samples = counting(64 * 40, 500);
     vsc->deliver(depth(64, 40, samples));
     EXPECT_EQ(shown(sgbm->image()), plainColours(samples, 0.1, seenAt64));
-    EXPECT_NEAR(640 / (2 * std::tan(48 * M_PI / 180)) * 0.08, 23.05, 0.01);
     sgbm->setFOV(30);
     sgbm->setBaseline(1);
     vsc->deliver(depth(64, 40, samples));
     EXPECT_EQ(shown(sgbm->image()), plainColours(samples, 0.1, seenAt64)) << "whatever the unit is told";
+}
+
+TEST_F(Sgbm, aWiderPairSeesFurther)
+{
+    run();
+    sgbm->setMaxDistance(65535);
+    sgbm->setHoleMax(65535);
+    Samples samples(640 * 2, 23050);
+    std::fill(samples.begin() + 640, samples.end(), static_cast<unsigned short>(23051));
+    vsc->deliver(depth(640, 2, samples));
+    const Bytes colours = shown(sgbm->image());
+    // 23.0503 m are the end: the last colour is a red of half its strength, and black is what lies beyond.
+    EXPECT_EQ(Bytes(colours.begin(), colours.begin() + 3), (Bytes{127, 0, 0}));
+    EXPECT_EQ(Bytes(colours.end() - 3, colours.end()), (Bytes{0, 0, 0}));
 }
 
 TEST_F(Sgbm, schemesAreColourMapsWhileHolesAreFilled)
@@ -423,11 +448,13 @@ TEST_F(Sgbm, schemesAreColourMapsWhileHolesAreFilled)
 TEST_F(Sgbm, anUnknownSchemeIsAnEmptyPicture)
 {
     run();
-    sgbm->setColorIndex(4711);
-    QSignalSpy update(sgbm->image(), &ImageData::update);
-    EXPECT_NO_THROW(vsc->deliver(depth(8, 4, counting(32))));
-    EXPECT_EQ(update.count(), 1);
-    EXPECT_EQ(sgbm->image()->data(), nullptr);
+    for (const int unknown : {4711, -1}) {
+        sgbm->setColorIndex(unknown);
+        QSignalSpy update(sgbm->image(), &ImageData::update);
+        EXPECT_NO_THROW(vsc->deliver(depth(8, 4, counting(32))));
+        EXPECT_EQ(update.count(), 1);
+        EXPECT_EQ(sgbm->image()->data(), nullptr) << unknown;
+    }
     sgbm->setColorIndex(1);
     vsc->deliver(depth(8, 4, counting(32)));
     EXPECT_NE(sgbm->image()->data(), nullptr);
@@ -437,16 +464,17 @@ TEST_F(Sgbm, anEmptyOrTurnedRangeGivesDefinedBytes)
 {
     run();
     const auto frame = depth(64, 40, counting(64 * 40, 0));
+    sgbm->setMaxDistance(2000);
     for (const int nearest : {2000, 3000}) {
-        sgbm->setMaxDistance(2000);
         sgbm->setMinDistance(nearest);
-        for (const int scheme : {0, 1}) {
-            sgbm->setColorIndex(scheme);
-            vsc->deliver(frame);
-            const Bytes first = shown(sgbm->image());
-            vsc->deliver(frame);
-            EXPECT_EQ(shown(sgbm->image()), first);
-        }
+        sgbm->setColorIndex(0);
+        vsc->deliver(frame);
+        EXPECT_EQ(shown(sgbm->image()), Bytes(3 * 64 * 40, 0)) << "nothing lies in a range from " << nearest;
+        // Of bones: black, and for a range that runs backwards white.
+        sgbm->setColorIndex(1);
+        vsc->deliver(frame);
+        const unsigned char grey = nearest == 2000 ? 0 : 255;
+        EXPECT_EQ(shown(sgbm->image()), Bytes(3 * 64 * 40, grey)) << nearest;
     }
 }
 
@@ -684,4 +712,24 @@ TEST_F(Sgbm, destructionUnregistersAndDoesNotStop)
     sgbm = std::make_unique<SgbmData>(vsc.get(), nullptr);
     sgbm.reset();
     EXPECT_THAT(vsc->takeCalls(), IsEmpty());
+}
+
+TEST_F(Sgbm, allUnitsShareTheCountToTheNextAverage)
+{
+    run();
+    FakeVsc otherUnit;
+    SgbmData other(&otherUnit, nullptr);
+    other.control(true);
+    other.setEnableCenterAvgPx(true);
+    sgbm->setEnableCenterAvgPx(true);
+    const auto frame = depth(60, 60, Samples(3600, 3000));
+    ASSERT_GT(deliverUntilAverage(frame), 0);
+    QSignalSpy average(sgbm.get(), &SgbmData::centerAvgPxChanged);
+    QSignalSpy otherAverage(&other, &SgbmData::centerAvgPxChanged);
+    for (int i = 0; i < 19; ++i)
+        otherUnit.deliver(frame);
+    EXPECT_EQ(average.count() + otherAverage.count(), 0);
+    vsc->deliver(frame);
+    EXPECT_EQ(average.count(), 1);
+    EXPECT_EQ(otherAverage.count(), 0);
 }
