@@ -332,10 +332,8 @@ void StereoData::clearPictures()
 
 void StereoData::reportFrameRate()
 {
-    const int frames = m_frameCount.load(relaxed);
-    emit dataFrameRateChanged(frames);
-    // Not a plain 0: a frame that came during the signal belongs to the next second.
-    m_frameCount.fetch_sub(frames, relaxed);
+    emit dataFrameRateChanged(m_frameCount.load(relaxed));
+    m_frameCount.store(0, relaxed);
 }
 
 void StereoData::takeImages(const qv::FisheyeImages &images)
@@ -343,12 +341,14 @@ void StereoData::takeImages(const qv::FisheyeImages &images)
     m_frameCount.fetch_add(1, relaxed);
     if (images.images.empty())
         throw std::runtime_error("invalid vector<T> subscript");
-    const int width = int(images.images[0].width);
-    const int height = int(images.images[0].height);
-    if (m_width.exchange(width, relaxed) != width)
-        emit widthChanged(width);
-    if (m_height.exchange(height, relaxed) != height)
-        emit heightChanged(height);
+    if (const qv::FisheyeImage &first = images.images[0]; isCarriable(first.width, first.height, 1)) {
+        const int width = int(first.width);
+        const int height = int(first.height);
+        if (m_width.exchange(width, relaxed) != width)
+            emit widthChanged(width);
+        if (m_height.exchange(height, relaxed) != height)
+            emit heightChanged(height);
+    }
     const int count = int(images.images.size());
     for (int i = 0; i < std::min(count, cameraCount); ++i) {
         const qv::FisheyeImage &image = images.images[std::size_t(i)];

@@ -1,6 +1,8 @@
 #include "imaging/ImageData.h"
 
 #include "imaging/Frames.h"
+#include "support/Properties.h"
+#include "support/ViewerSize.h"
 #include <QMetaEnum>
 #include <atomic>
 #include <thread>
@@ -186,11 +188,41 @@ TEST(ImageData, viewerSizeIsSilent)
     const QSignalSpy width(&image, &ImageData::widthChanged);
     const QSignalSpy height(&image, &ImageData::heightChanged);
     const QSignalSpy update(&image, &ImageData::update);
-    image.setViewerSize(0, 480);
-    image.setViewerSize(0, 0);
     image.setViewerSize(800, 600);
     EXPECT_EQ(width.count() + height.count() + update.count(), 0);
     EXPECT_EQ(image.width(), 0);
+}
+
+TEST(ImageData, zeroLeavesASideOfTheViewerAsItIs)
+{
+    ImageData image;
+    EXPECT_EQ(viewerSizeOf(image), QSize(640, 400));
+    image.setViewerSize(0, 480);
+    EXPECT_EQ(viewerSizeOf(image), QSize(640, 480));
+    image.setViewerSize(0, 0);
+    EXPECT_EQ(viewerSizeOf(image), QSize(640, 480));
+    image.setViewerSize(800, 0);
+    EXPECT_EQ(viewerSizeOf(image), QSize(800, 480));
+    image.setViewerSize(320, 240);
+    EXPECT_EQ(viewerSizeOf(image), QSize(320, 240));
+}
+
+TEST(ImageData, offersItsProperties)
+{
+    EXPECT_EQ(propertiesOf<ImageData>(),
+        (QStringList{"int width read-write widthChanged(int)", "int height read-write heightChanged(int)",
+            "QVector<QPoint> points read-write pointsChanged(QVector<QPoint>)"}));
+}
+
+TEST(ImageData, pointsAreAProperty)
+{
+    ImageData image;
+    const QSignalSpy points(&image, &ImageData::pointsChanged);
+    for (int i = 0; i < 2; ++i)
+        EXPECT_TRUE(image.setProperty("points", QVariant::fromValue(onePoint)));
+    EXPECT_EQ(points.count(), 1);
+    EXPECT_EQ(image.property("points").value<QVector<QPoint>>(), onePoint);
+    EXPECT_EQ(image.points(), onePoint);
 }
 
 TEST(ImageData, sizePropertiesEmitOnceAndLeaveTheFrameItsSize)

@@ -198,6 +198,34 @@ TEST(ImagePainterPaint, keyPointsFollowTheFlips)
     EXPECT_EQ(painted(item, {40, 30}).pixel(10, 10), green);
 }
 
+TEST(ImagePainterPaint, bothFlipsRatioAndCornerGoTogether)
+{
+    ImagePainter item;
+    ImageData image;
+    item.setSource(&image);
+    std::vector<unsigned char> pixels(40 * 30, 255);
+    for (std::size_t y = 0; y < 15; ++y)
+        std::fill_n(pixels.begin() + static_cast<std::ptrdiff_t>(y * 40), 20, 0);
+    frames::set(image, ImageData::Gray, {40, 30}, frames::bytes(pixels));
+    image.setPoints({{10, 20}});
+    item.setObjects({boxObject(4, 5, 12, 10)});
+    item.setCNNRunning(true);
+    item.setHorizontalFlip(true);
+    item.setVerticalFlip(true);
+    const QImage shown = painted(item, {100, 60});
+    // Shown as 80 x 60, from (10, 0) on.
+    EXPECT_EQ(item.imageRation(), 2.0);
+    EXPECT_EQ(item.topLeftPoint(), QPointF(10, 0));
+    EXPECT_EQ(shown.pixel(5, 5), black) << "beside the frame";
+    EXPECT_EQ(shown.pixel(15, 5), white);
+    EXPECT_EQ(shown.pixel(85, 57), black) << "the dark corner has gone from the first to the last";
+    // Point at (40 - 10, 30 - 20), twice as large, behind the corner.
+    EXPECT_EQ(shown.pixel(70, 20), green);
+    // Box from (40 - 4 - 12, 30 - 5 - 10) on, 12 x 10.
+    EXPECT_EQ(shown.pixel(58, 30), yellow);
+    EXPECT_EQ(shown.pixel(82, 50), yellow);
+}
+
 TEST(ImagePainterPaint, nullBufferSkipsTheFrameButNotTheObjects)
 {
     ImagePainter item;

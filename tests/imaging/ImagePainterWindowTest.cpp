@@ -90,6 +90,22 @@ TEST_F(ImagePainterWindow, repaintsForWhatIsSeenAtOnce)
     EXPECT_TRUE(repaintsAfter([this] { item.setColorize(false); }));
 }
 
+TEST_F(ImagePainterWindow, paintsAFrameOfAnotherSizeOrTypeTwice)
+{
+    const auto paintsOf = [this](int type, int width, int height) {
+        settle();
+        const int before = item.paints;
+        frames::set(image, type, {width, height}, frames::random(type, {width, height}, 4));
+        settle();
+        return item.paints - before;
+    };
+    EXPECT_EQ(paintsOf(ImageData::Gray, 20, 10), 1) << "of the size that it had";
+    EXPECT_EQ(paintsOf(ImageData::Gray, 24, 10), 2);
+    EXPECT_EQ(paintsOf(ImageData::Gray, 24, 12), 2);
+    EXPECT_EQ(paintsOf(ImageData::Color, 24, 12), 2);
+    EXPECT_EQ(paintsOf(ImageData::Color, 24, 12), 1);
+}
+
 TEST_F(ImagePainterWindow, doesNotRepaintForTheRest)
 {
     FakeProbe probe;

@@ -183,6 +183,35 @@ TEST(Overlays, boxAndLabelLookTheSameAtAnyRatio)
     EXPECT_NEAR(ink, 1, 0.2) << "the text keeps its size on the screen";
 }
 
+TEST(Overlays, labelHasTheSameSizeOnTheScreenAtAnyRatio)
+{
+    const auto labelAt = [](double ratio) {
+        Canvas canvas({400, 300});
+        FramePlace place = placeOf(int(400 / ratio), int(300 / ratio));
+        place.ratio = ratio;
+        drawObjects(
+            canvas.painter, {boxObject(40 / ratio, 20 / ratio, 300 / ratio, 200 / ratio)}, place, nullptr);
+        QRect ink;
+        for (int y = 25; y < 215; ++y) {
+            for (int x = 45; x < 335; ++x) {
+                if (canvas.at(x, y) != QColor(Qt::gray).rgb())
+                    ink |= QRect(x, y, 1, 1);
+            }
+        }
+        return ink;
+    };
+    const QRect plain = labelAt(1);
+    ASSERT_GT(plain.width(), 40);
+    ASSERT_GT(plain.height(), 5);
+    EXPECT_NEAR(plain.center().x(), 190, 3);
+    EXPECT_NEAR(plain.center().y(), 120, 6);
+    for (const double ratio : {0.5, 2.0}) {
+        const QRect label = labelAt(ratio);
+        EXPECT_NEAR(label.width(), plain.width(), 0.1 * plain.width()) << ratio;
+        EXPECT_NEAR(label.height(), plain.height(), 3) << ratio;
+    }
+}
+
 TEST(Overlays, sampledPixelIsHalfOfPositionPlusSize)
 {
     Canvas canvas({200, 200});

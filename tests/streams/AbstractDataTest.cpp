@@ -1,11 +1,14 @@
 #include "streams/AbstractData.h"
 
+#include "streams/AbstractImageData.h"
 #include "support/LogCatcher.h"
+#include "support/Properties.h"
 #include "support/Timers.h"
 #include "support/Wait.h"
 
 #include <QFile>
 #include <QTemporaryDir>
+#include <QTextCodec>
 #include <QTimer>
 #include <atomic>
 #include <gmock/gmock.h>
@@ -100,6 +103,36 @@ TEST(AbstractData, aStalledStreamSignalsZeroOnce)
     EXPECT_EQ(rates(rate), (QList<double>{5.0, 0.0}));
 }
 
+TEST(AbstractData, theSecondRateIsMeasuredLikeTheFirst)
+{
+    Samples data;
+    QList<double> told;
+    QObject::connect(&data, &AbstractData::dataFrameRate2Changed, [&] { told << data.dataFrameRate2(); });
+    data.sample2(30);
+    EXPECT_EQ(data.dataFrameRate2(), 0.0) << "only full seconds count";
+    fireTimers(data);
+    data.sample2(30);
+    fireTimers(data);
+    data.sample2(31);
+    for (int second = 0; second < 4; ++second)
+        fireTimers(data);
+    EXPECT_EQ(told, (QList<double>{30.0, 31.0, 0.0})) << "an equal rate is no change, a stall tells 0 once";
+    EXPECT_EQ(data.dataFrameRate(), 0.0);
+}
+
+TEST(AbstractData, offersItsProperties)
+{
+    EXPECT_EQ(propertiesOf<AbstractData>(),
+        (QStringList{"bool recording read-write recordingChanged(bool)",
+            "double dataFrameRate read dataFrameRateChanged(double)",
+            "double dataFrameRate2 read-write dataFrameRate2Changed()",
+            "QString recordPath read-write recordPathChanged(QString)"}));
+    EXPECT_EQ(propertiesOf<AbstractImageData>(),
+        (QStringList{"int sourceWidth read-write sourceWidthChanged(int)",
+            "int sourceHeight read-write sourceHeightChanged(int)",
+            "ImageData* image read imageChanged(ImageData*)"}));
+}
+
 TEST(AbstractData, theTimerItselfMeasures)
 {
     Samples data;
@@ -137,22 +170,22 @@ TEST(AbstractData, noTickIsLostAcrossThreads)
 {
     Samples data;
     double total = 0;
-    QObject::connect(&data, &AbstractData::dataFrameRateChanged, [&](double rate) { total += rate; });
+    const auto second = [&] {
+        fireTimers(data);
+        total += data.dataFrameRate();
+    };
     std::atomic<bool> done{false};
     std::thread library([&] {
         for (int i = 0; i < 100000; ++i)
             data.sample();
         done = true;
     });
-    while (!done) {
-        fireTimers(data);
-        fireTimers(data);
-    }
+    while (!done)
+        second();
     library.join();
-    fireTimers(data);
-    // Two equal counts in a row are signalled once, so the sum is a lower bound.
-    EXPECT_LE(total, 100000);
-    fireTimers(data);
+    second();
+    EXPECT_EQ(total, 100000);
+    second();
     EXPECT_EQ(data.dataFrameRate(), 0.0);
 }
 
@@ -179,6 +212,23 @@ TEST(AbstractData, writesHeaderAndLinesAsTheyCome)
     data.write(",4\n");
     data.setRecording(false);
     EXPECT_EQ(contents(data.recordPath()), "time,x\n1,2\n3,4\n");
+}
+
+TEST(AbstractData, textIsWrittenInTheLocalEncoding)
+{
+    QTextCodec *const before = QTextCodec::codecForLocale();
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("ISO-8859-1"));
+    const QTemporaryDir folder;
+    Samples data;
+    data.firstLine = QStringLiteral("Gr\u00f6\u00dfe");
+    data.setRecordPath(folder.filePath("a.csv"));
+    data.setRecording(true);
+    data.write(QStringLiteral("f\u00fcnf\n"));
+    data.setRecording(false);
+    QTextCodec::setCodecForLocale(before);
+    EXPECT_EQ(contents(data.recordPath()),
+        QByteArray("Gr\xf6\xdf"
+                   "e\nf\xfcnf\n"));
 }
 
 TEST(AbstractData, anEmptyHeaderWritesNothing)
@@ -255,6 +305,11 @@ TEST(AbstractData, aFileThatCannotBeOpenedIsReportedAndKept)
     const auto files = data.findChildren<QFile *>();
     ASSERT_EQ(files.size(), 1);
     EXPECT_FALSE(files[0]->isOpen());
+    data.write("lost\n");
+    EXPECT_FALSE(QFile::exists(data.recordPath()));
+    EXPECT_TRUE(data.recording());
+    ASSERT_EQ(log.lines().size(), 2);
+    EXPECT_TRUE(log.lines()[1].startsWith("warning: QIODevice::write")) << log.lines()[1].toStdString();
     data.setRecording(false);
     EXPECT_TRUE(waitFor([&] { return data.findChildren<QFile *>().isEmpty(); }));
 }

@@ -5,7 +5,9 @@
 #include "support/FakeOwner.h"
 #include "support/LogCatcher.h"
 #include "support/Pictures.h"
+#include "support/Properties.h"
 #include "support/Timers.h"
+#include "support/ViewerSize.h"
 #include "support/Wait.h"
 
 #include <QJsonArray>
@@ -120,6 +122,16 @@ TEST(StereoData, qmlSeesTheEnumThePropertiesAndTheSignals)
     EXPECT_NE(meta.indexOfSignal("resetSgbm()"), -1);
     EXPECT_EQ(meta.indexOfMethod("saveImage(int,QString)"), -1);
     EXPECT_NE(meta.indexOfMethod("image(Image)"), -1);
+}
+
+TEST(StereoData, offersItsProperties)
+{
+    EXPECT_EQ(propertiesOf<StereoData>(),
+        (QStringList{"int gain read-write gainChanged(int)",
+            "int brightness read-write brightnessChanged(int)",
+            "bool autoExposure read-write autoExposureChanged(bool)", "int mode read-write modeChanged(int)",
+            "int count read-write countChanged(int)", "int dataFrameRate read dataFrameRateChanged(int)",
+            "int width read widthChanged(int)", "int height read heightChanged(int)"}));
 }
 
 TEST(StereoData, camerasWithoutExtensionGiveImagesOnly)
@@ -345,6 +357,44 @@ TEST_F(Stereo, damagedImagesDoNoHarm)
     EXPECT_EQ(camera(*stereo, 0)->toImage().size(), QSize(8, 6));
     EXPECT_TRUE(camera(*stereo, 1)->toImage().isNull());
     EXPECT_TRUE(camera(*stereo, 2)->toImage().isNull());
+}
+
+TEST_F(Stereo, aSizeThatNoFrameHolderCanCarryLeavesTheOneOfBefore)
+{
+    QSignalSpy width(stereo.get(), &StereoData::widthChanged),
+        height(stereo.get(), &StereoData::heightChanged);
+    const std::size_t huge = std::numeric_limits<std::size_t>::max();
+    cameras->deliver(fisheyes({{huge, 6, grey(1, 1, 1)}, fisheye(8, 6, 1)}));
+    cameras->deliver(fisheyes({{8, (std::size_t(1) << 32) + 6, grey(1, 1, 1)}}));
+    EXPECT_EQ(stereo->width(), 640);
+    EXPECT_EQ(stereo->height(), 400);
+    EXPECT_EQ(width.count() + height.count(), 0);
+    EXPECT_EQ(stereo->count(), 1) << "they count as pictures";
+    EXPECT_EQ(camera(*stereo, 1)->toImage().size(), QSize(8, 6));
+}
+
+TEST_F(Stereo, viewSizeReachesAllFourCameras)
+{
+    stereo->setViewSize(320, 0);
+    stereo->setViewSize(0, 200);
+    for (int i = 0; i < 4; ++i)
+        EXPECT_EQ(viewerSizeOf(*camera(*stereo, i)->image()), QSize(320, 200)) << i;
+}
+
+TEST_F(Stereo, theTickClearsTheCountWhateverAHandlerWrote)
+{
+    for (int i = 0; i < 3; ++i)
+        cameras->deliver(fisheyes({fisheye(8, 6, 1)}));
+    bool written = false;
+    std::vector<int> told;
+    QObject::connect(stereo.get(), &StereoData::dataFrameRateChanged, [&](int rate) {
+        told.push_back(rate);
+        if (!std::exchange(written, true))
+            stereo->setFrameRate(0);
+    });
+    fireTimers(*stereo);
+    EXPECT_THAT(told, ElementsAre(3, 0));
+    EXPECT_EQ(stereo->dataFrameRate(), 0);
 }
 
 TEST_F(Stereo, keyPointsOfTwoCamerasAreTruncatedTowardZero)
