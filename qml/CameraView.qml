@@ -1029,16 +1029,19 @@ Item {
                             visible: false
 
                             Button {
+                                objectName: "previewButton"
                                 text: qsTr("Preview")
                                 onClicked: camera.rgb.mode = 0
                             }
 
                             Button {
+                                objectName: "captureButton"
                                 text: qsTr("Capture")
                                 onClicked: camera.rgb.mode = 1
                             }
 
                             Button {
+                                objectName: "videoButton"
                                 text: qsTr("Video")
                                 onClicked: camera.rgb.mode = 2
                             }

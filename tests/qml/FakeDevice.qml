@@ -22,6 +22,7 @@ QtObject {
         property var gyro: QtObject { property double x: 0; property double y: 0; property double z: 0 }
         property var magn: QtObject { property double x: 0; property double y: 0; property double z: 0 }
         onModeChanged: device.note("imu.mode", mode)
+        onOffsetChanged: device.note("imu.offset", offset)
         function control(on) { device.note("imu.control", on) }
     }
     property var stereo: QtObject {

@@ -543,12 +543,6 @@ TEST_F(Rgb, bothCamerasAppendTheFirstOnesPicture)
         EXPECT_NEAR(means[i], 1.164383 * (std::vector<int>{60, 120, 200}[i / 2] - 16), 5) << "frame " << i;
 }
 
-TEST_F(Rgb, viewSizesReachTheImages)
-{
-    rgb->setViewSize(800, 600);
-    rgb->setView2Size(300, 200);
-}
-
 TEST_F(Rgb, calibrationComesFromTheCamera)
 {
     camera->calibrations.resize(2);

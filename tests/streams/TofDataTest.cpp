@@ -797,7 +797,6 @@ TEST_F(Tof, calibrationComesFromTheCamera)
 {
     camera->calibrations.resize(3);
     EXPECT_EQ(tof->calibrationJson().toArray().size(), 3);
-    tof->setViewSize(5, 6);
 }
 
 TEST_F(Tof, destructionUnregistersAndStops)
