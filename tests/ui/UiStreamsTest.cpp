@@ -102,6 +102,9 @@ TEST(Streams, everySwitchPutsItsStreamOnTheScreen)
         set(stream.button, true);
         ASSERT_TRUE(isLive(stream.view)) << stream.view;
     }
+    // At the usual metre the room's depth is of one colour.
+    id("maxDistanceSlider")->setProperty("value", 5);
+    EXPECT_TRUE(waitFor([] { return colours(WindowDriver::grab(id("tofView"))) > 50; }, minute));
     WindowDriver::picture(QStringLiteral("all-streams"));
 }
 
