@@ -1588,7 +1588,7 @@ Item {
 
                     visible: false
                     checkable: true
-                    icon.source: "qrc:/images/settings"
+                    icon.source: "qrc:images/settings"
                     rotation: checked ? 180 : 0
                     ToolTip.visible: hovered
                     ToolTip.text: qsTr("Options")
@@ -1601,14 +1601,14 @@ Item {
                 ToolButton {
                     objectName: "gridLayoutButton"
                     visible: false
-                    icon.source: "qrc:/images/view_module"
+                    icon.source: "qrc:images/view_module"
                     onClicked: content.mode = 0
                 }
 
                 ToolButton {
                     objectName: "sideLayoutButton"
                     visible: false
-                    icon.source: "qrc:/images/view_sidebar"
+                    icon.source: "qrc:images/view_sidebar"
                     onClicked: content.mode = 1
                 }
 

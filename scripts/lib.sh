@@ -21,7 +21,7 @@ run_packages=(
     fonts-dejavu-core fonts-crosextra-carlito fonts-noto-cjk
 )
 display_packages=(xvfb openbox x11-utils)
-test_packages=(file qml-module-qttest desktop-file-utils appstream libxml2-utils)
+test_packages=(file qml-module-qttest desktop-file-utils appstream libxml2-utils ffmpeg pcl-tools)
 package_packages=(dpkg-dev lintian)
 lint_packages=(clang clang-format clang-tidy clazy qtdeclarative5-dev-tools)
 

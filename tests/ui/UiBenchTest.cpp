@@ -118,6 +118,17 @@ QString saveStereo()
     return id("stereoView")->property("path").toString();
 }
 
+/// Once the window behind has darkened, and without the tip of the button that opened it.
+void pictureOfDialog(const char *name)
+{
+    ASSERT_TRUE(waitFor([] { return WindowDriver::byName("veil")->opacity() > 0.64; }, minute));
+    QQuickItem *button = WindowDriver::byName("infoButton");
+    WindowDriver::hover(WindowDriver::byName("veil"), QPointF(600, 20));
+    EXPECT_TRUE(waitFor([button] { return !button->property("hovered").toBool(); }, minute));
+    QTest::qWait(500);
+    WindowDriver::picture(QLatin1String(name));
+}
+
 } // namespace
 
 QString prepare(const QString &home)
@@ -191,6 +202,19 @@ TEST(Bench, aSlowDeviceIsWaitedFor)
     WindowDriver::click(id("hidText"));
 }
 
+TEST(Bench, infoShowsWhatTheDeviceSaysAboutItself)
+{
+    QQuickItem *dialog = WindowDriver::byName("infoDialog");
+    WindowDriver::click(WindowDriver::byName("infoButton"));
+    ASSERT_TRUE(waitFor([dialog] { return dialog->isVisible(); }, minute));
+    EXPECT_EQ(dialog->property("title"), QVariant(QStringLiteral("Info")));
+    const QVariantMap told = dialog->property("infos").toMap();
+    EXPECT_EQ(told.value(QStringLiteral("Firmware Version")), camera()->property("version"));
+    pictureOfDialog("info");
+    WindowDriver::click(WindowDriver::byName("clearButton", dialog));
+    EXPECT_TRUE(waitFor([] { return !WindowDriver::byName("veil")->isVisible(); }, minute));
+}
+
 TEST(Bench, pressAndHoldOnInfoShowsTheCalibration)
 {
     QQuickItem *dialog = WindowDriver::byName("calibrationDialog");
@@ -198,8 +222,7 @@ TEST(Bench, pressAndHoldOnInfoShowsTheCalibration)
     ASSERT_TRUE(waitFor([dialog] { return dialog->isVisible(); }, minute));
     EXPECT_EQ(WindowDriver::ofDocument("CalibrationDisplay").size(), 2);
     EXPECT_FALSE(WindowDriver::byName("infoDialog")->isVisible());
-    ASSERT_TRUE(waitFor([] { return WindowDriver::byName("veil")->opacity() > 0.64; }, minute));
-    WindowDriver::picture(QStringLiteral("calibration"));
+    pictureOfDialog("calibration");
     WindowDriver::click(WindowDriver::byName("clearButton", dialog));
     EXPECT_TRUE(waitFor([] { return !WindowDriver::byName("veil")->isVisible(); }, minute));
 }

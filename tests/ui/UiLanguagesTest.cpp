@@ -123,6 +123,7 @@ TEST(Languages, dialogsFollow)
     WindowDriver::click(WindowDriver::byName("infoButton"));
     ASSERT_TRUE(waitFor([dialog] { return dialog->isVisible(); }, minute));
     EXPECT_EQ(dialog->property("title"), QVariant(QStringLiteral("情報")));
+    ASSERT_TRUE(waitFor([] { return WindowDriver::byName("veil")->opacity() > 0.64; }, minute));
     WindowDriver::picture(QStringLiteral("japanese-info"));
     WindowDriver::click(WindowDriver::byName("clearButton", dialog));
     EXPECT_TRUE(waitFor([] { return !WindowDriver::byName("veil")->isVisible(); }, minute));
