@@ -571,7 +571,7 @@ DisplayItem {
         objectName: "loopClosurePopup"
         row: slamSourceRow.visible ? slamSourceRow : edgeSourceRow.visible ? edgeSourceRow : null
         button: slamSourceRow.visible ? loopClosureButton : loopClosureEdgeButton
-        onAboutToShow: popTimer.start()
+        onAboutToShow: popTimer.restart()
     }
 
     FadingNote {
@@ -580,7 +580,7 @@ DisplayItem {
         objectName: "loadPopup"
         row: slamSourceRow.visible ? slamSourceRow : edgeSourceRow.visible ? edgeSourceRow : null
         button: loadButton
-        onAboutToShow: popTimer.start()
+        onAboutToShow: popTimer.restart()
     }
 
     Timer {

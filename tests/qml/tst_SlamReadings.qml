@@ -189,5 +189,24 @@ Item {
             verify(faded(), "fades out")
             compare(timer.running, false)
         }
+
+        // Not for what is left of the time of the one before.
+        function test_aSecondPopupStandsForItsWholeTime() {
+            open()
+            device.removeMapFile()
+            const popup = node("loadPopup"), button = item("loadButton"), timer = node("popTimer")
+            let shown = 0, closed = 0
+            popup.aboutToShow.connect(function() { shown = Date.now() })
+            timer.triggered.connect(function() { closed = Date.now() })
+            mouseClick(button)
+            testCase.expectWarning(/does not exists/)
+            const first = shown
+            tryVerify(function() { return Date.now() - first > 1000 })
+            mouseClick(button)
+            testCase.expectWarning(/does not exists/)
+            verify(shown > first)
+            tryVerify(function() { return closed > 0 }, 10000)
+            verify(closed - shown > 1900, "it stood for " + (closed - shown) + " ms")
+        }
     }
 }

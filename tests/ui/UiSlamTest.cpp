@@ -1,0 +1,503 @@
+#include "ui/Space.h"
+
+#include <QElapsedTimer>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QQmlEngine>
+#include <QQmlExpression>
+#include <QtTest/QTest>
+
+// SLAM on the simulated headset, by clicks: what the scene shows beside what the device sends, the map's
+// file, and recorded poses beside the road through the room.
+
+using namespace ui;
+
+namespace {
+
+QObject *slam()
+{
+    return model("slam");
+}
+
+QVector3D shownPosition()
+{
+    return slam()->property("position").value<QObject *>()->property("vector").value<QVector3D>();
+}
+
+/// Stops the device where it is, and waits until the interface knows.
+qv::Pose hold(const PoseTap &tap)
+{
+    QMetaObject::invokeMethod(slam(), "pause");
+    QElapsedTimer silence;
+    std::size_t count = 0;
+    // A pose may be under way still.
+    waitFor(
+        [&] {
+            if (std::exchange(count, tap.count()) != tap.count() || !silence.isValid())
+                silence.start();
+            return silence.elapsed() > 100 && shownPosition() == vector(tap.last().translation);
+        },
+        minute);
+    return tap.last();
+}
+
+void release()
+{
+    QMetaObject::invokeMethod(slam(), "resume");
+}
+
+void setBox(QQuickItem *box, bool on)
+{
+    if (box->property("checked").toBool() != on)
+        WindowDriver::click(box);
+    EXPECT_EQ(box->property("checked").toBool(), on);
+}
+
+void setPlanes(bool on)
+{
+    if (id("sourceCheckbox")->property("checked").toBool() == on)
+        return;
+    setDrawer(true);
+    if (!id("sourceCheckbox")->isVisible())
+        WindowDriver::click(id("slamText"));
+    setBox(id("sourceCheckbox"), on);
+    setDrawer(false);
+}
+
+/// From a metre behind the device, along its own axis; the world's y points down.
+Projection behind(const qv::Pose &pose, const QRectF &area)
+{
+    const QRectF whole = sceneArea();
+    return {
+        mapped(pose, {0, 0, -1}), vector(pose.translation), {0, -1, 0}, whole.width() / whole.height(), area};
+}
+
+double aspectOf(const char *selector)
+{
+    return cameraOf(selector)->property("aspectRatio").toDouble();
+}
+
+/// Where the frustum's corners and the device's origin are seen.
+QRectF frustumIn(const Projection &projection, const qv::Pose &pose)
+{
+    QPolygonF corners;
+    for (const QVector3D &corner : {QVector3D(0.12F, 0.1F, 0.1F), QVector3D(-0.12F, 0.1F, 0.1F),
+             QVector3D(-0.12F, -0.1F, 0.1F), QVector3D(0.12F, -0.1F, 0.1F), QVector3D()})
+        corners << projection.unbounded(mapped(pose, corner)).value_or(QPointF(-1e6, -1e6));
+    return corners.boundingRect();
+}
+
+bool agree(const QRectF &expected, const QRectF &seen, double pixels)
+{
+    return !seen.isEmpty() && qAbs(expected.left() - seen.left()) <= pixels
+        && qAbs(expected.right() - seen.right()) <= pixels && qAbs(expected.top() - seen.top()) <= pixels
+        && qAbs(expected.bottom() - seen.bottom()) <= pixels;
+}
+
+std::string told(const QRectF &r)
+{
+    return QStringLiteral("%1,%2 to %3,%4")
+        .arg(r.left())
+        .arg(r.top())
+        .arg(r.right())
+        .arg(r.bottom())
+        .toStdString();
+}
+
+/// Waits until what is yellow, with the path cleared, is the frustum where it belongs.
+::testing::AssertionResult showsFrustum(const Projection &projection, const qv::Pose &pose)
+{
+    const QRectF expected = frustumIn(projection, pose);
+    QRectF seen;
+    const bool shown = waitFor(
+        [&] {
+            seen = extent(sceneImage(), isYellow);
+            return agree(expected, seen, 3);
+        },
+        minute);
+    if (shown)
+        return ::testing::AssertionSuccess();
+    return ::testing::AssertionFailure() << "it is at " << told(seen) << ", not " << told(expected);
+}
+
+std::vector<QVector3D> mapPoints()
+{
+    QObject *cloud = model("map")->property("pointCloud").value<QObject *>();
+    const QByteArray bytes = cloud->property("points").toByteArray();
+    const int count = std::min<int>(cloud->property("size").toInt(), bytes.size() / 12);
+    std::vector<QVector3D> points;
+    for (int i = 0; i < count; ++i) {
+        float xyz[3];
+        memcpy(xyz, bytes.constData() + 12 * i, sizeof xyz);
+        points.emplace_back(xyz[0], xyz[1], xyz[2]);
+    }
+    return points;
+}
+
+/// The share of the places in the picture, where nothing covers them, that are as wanted.
+template <class Predicate>
+double share(const QImage &image, const Projection &projection, const std::vector<QVector3D> &points,
+    int reach, Predicate predicate, int *visible = nullptr)
+{
+    int seen = 0;
+    int right = 0;
+    for (const QVector3D &point : points) {
+        const auto place = projection.pixel(point);
+        if (!place || isCovered(*place))
+            continue;
+        ++seen;
+        right += isNear(image, *place, reach, predicate) ? 1 : 0;
+    }
+    if (visible)
+        *visible = seen;
+    return seen == 0 ? 0 : double(right) / seen;
+}
+
+/// The picture after a click on an inset: its camera over the whole scene.
+Projection inset2InMain()
+{
+    return {{0, -3, -5}, {}, {}, aspectOf("viewCam"), sceneArea()};
+}
+
+Projection inset3InMain()
+{
+    return {{0, 4, 0}, {}, {}, aspectOf("viewCam"), sceneArea()};
+}
+
+std::vector<QVector3D> alongLine(const QVector3D &from, const QVector3D &to)
+{
+    std::vector<QVector3D> points;
+    for (float part = 0.15F; part < 0.9F; part += 0.1F)
+        points.push_back(from + part * (to - from));
+    return points;
+}
+
+std::vector<QVector3D> borderOf(const QJsonArray &outline)
+{
+    const auto corner = [&](int i) {
+        const QJsonArray p = outline[i % outline.size()].toArray();
+        return QVector3D(float(p[0].toDouble()), float(p[1].toDouble()), float(p[2].toDouble()));
+    };
+    std::vector<QVector3D> border;
+    for (int i = 0; i < outline.size(); ++i)
+        for (const QVector3D &p : alongLine(corner(i), corner(i + 1)))
+            border.push_back(p);
+    return border;
+}
+
+/// The lines of the ground, two metres wide, apart from those under the axes.
+std::vector<QVector3D> onGround()
+{
+    std::vector<QVector3D> points;
+    for (int i = 0; i <= 10; ++i) {
+        const float at = -1 + 0.2F * float(i);
+        if (i == 5)
+            continue;
+        for (const QVector3D &p : alongLine({-1, 0, at}, {1, 0, at}))
+            points.push_back(p);
+        for (const QVector3D &p : alongLine({at, 0, -1}, {at, 0, 1}))
+            points.push_back(p);
+    }
+    return points;
+}
+
+void expectGroundAndAxes(const Projection &projection, bool fromAbove)
+{
+    const auto isRed = isLike(QColor("red"), 60);
+    const auto isGreen = isLike(QColor("green"), 60);
+    const auto isBlue = isLike(QColor("blue"), 60);
+    // A line between two rows of pixels is half as bright in both.
+    const auto isWhite = [](QRgb pixel) {
+        return qMin(qRed(pixel), qBlue(pixel)) > 105 && qAbs(qRed(pixel) - qBlue(pixel)) < 20;
+    };
+    int visible = 0;
+    EXPECT_TRUE(waitFor(
+        [&] { return share(sceneImage(), projection, onGround(), 2, isWhite, &visible) > 0.95; }, minute))
+        << share(sceneImage(), projection, onGround(), 2, isWhite) << " of " << visible;
+    EXPECT_GT(visible, 20);
+    const QImage image = sceneImage();
+    EXPECT_GT(share(image, projection, alongLine({}, {1, 0, 0}), 2, isRed), 0.8);
+    if (!fromAbove) { // a point from there
+        EXPECT_GT(share(image, projection, alongLine({}, {0, 1, 0}), 2, isGreen), 0.8);
+    }
+    EXPECT_GT(share(image, projection, alongLine({}, {0, 0, 1}), 2, isBlue), 0.8);
+}
+
+int pathLength()
+{
+    QQmlExpression length(
+        QQmlEngine::contextForObject(slamItem("scene3d")), nullptr, QStringLiteral("root.slamPath.length"));
+    return length.evaluate().toInt();
+}
+
+bool moves(const PoseTap &tap, const qv::Pose &from, float metres)
+{
+    const auto isFar = [&](const qv::Pose &pose) {
+        return vector(pose.translation).distanceToPoint(vector(from.translation)) > metres;
+    };
+    return waitFor([&] { return tap.count() > 0 && isFar(tap.last()); }, minute);
+}
+
+/// An empty path, so that of yellow things only the device is left.
+void clearPath()
+{
+    WindowDriver::click(slamItem("clearButton"));
+}
+
+void onlyDevice()
+{
+    setBox(slamItem("mapCheckbox"), false);
+    setPlanes(false);
+}
+
+std::unique_ptr<PoseTap> tap;
+
+} // namespace
+
+QString prepare(const QString &home)
+{
+    qputenv("QVSIM", "headset");
+    qputenv("TMPDIR", home.toLocal8Bit()); // where maps are kept
+    return {};
+}
+
+TEST(Slam, theSwitchBringsSceneAndReadings)
+{
+    ASSERT_TRUE(pageAppears());
+    tap = std::make_unique<PoseTap>(hostSource());
+    clickSwitch("slamButton");
+    setDrawer(false);
+    ASSERT_TRUE(waitFor([] { return id("slamView")->width() > 300 && pathLength() > 100; }, minute));
+    EXPECT_TRUE(rateReaches(slamItem("fpsLabel"), 190, 210));
+    ASSERT_TRUE(waitFor([] { return colours(sceneImage()) > 8; }, minute));
+    EXPECT_EQ(cameraOf("viewCam")->objectName(), QStringLiteral("camera"));
+    const QVector3D at = vector(hold(*tap).translation);
+    EXPECT_EQ(slamItem("xLabel")->property("text").toString(), QString::number(double(at.x()), 'f', 3));
+    EXPECT_EQ(slamItem("yLabel")->property("text").toString(), QString::number(double(at.y()), 'f', 3));
+    EXPECT_EQ(slamItem("zLabel")->property("text").toString(), QString::number(double(at.z()), 'f', 3));
+    release();
+}
+
+TEST(Slam, theDeviceStandsWhereItsPoseSays)
+{
+    onlyDevice();
+    qv::Pose last = tap->last();
+    for (int place = 0; place < 3; ++place) {
+        ASSERT_TRUE(moves(*tap, last, 0.15F));
+        last = hold(*tap);
+        clearPath();
+        EXPECT_EQ(pathLength(), 0);
+        EXPECT_TRUE(showsFrustum(behind(last, sceneArea()), last));
+        release();
+    }
+}
+
+TEST(Slam, anInsetsCameraTakesTheWholeSceneByAClick)
+{
+    const qv::Pose pose = hold(*tap);
+    clearPath();
+    WindowDriver::click(slamItem("insetArea2"));
+    EXPECT_EQ(cameraOf("viewCam")->objectName(), QStringLiteral("camera2"));
+    EXPECT_EQ(cameraOf("viewCam2")->objectName(), QStringLiteral("camera"));
+    EXPECT_TRUE(showsFrustum(inset2InMain(), pose));
+    expectGroundAndAxes(inset2InMain(), false);
+    WindowDriver::picture(QStringLiteral("slam-inset2"));
+    // What followed the device is small now.
+    const QRectF small = insetArea("ratio2");
+    const QPointF middle = frustumIn(behind(pose, small), pose).bottomRight();
+    EXPECT_TRUE(waitFor([&] { return isNear(sceneImage(), middle, 4, isYellow); }, minute));
+    WindowDriver::click(slamItem("insetArea2"));
+    EXPECT_EQ(cameraOf("viewCam")->objectName(), QStringLiteral("camera"));
+
+    WindowDriver::click(slamItem("insetArea3"));
+    EXPECT_EQ(cameraOf("viewCam")->objectName(), QStringLiteral("camera3"));
+    EXPECT_TRUE(showsFrustum(inset3InMain(), pose));
+    expectGroundAndAxes(inset3InMain(), true);
+    WindowDriver::picture(QStringLiteral("slam-inset3"));
+    WindowDriver::click(slamItem("insetArea3"));
+    EXPECT_EQ(cameraOf("viewCam")->objectName(), QStringLiteral("camera"));
+    EXPECT_TRUE(showsFrustum(behind(pose, sceneArea()), pose));
+    release();
+}
+
+TEST(Slam, bothInsetsShowTheSceneFromTheirPlaces)
+{
+    const qv::Pose pose = hold(*tap);
+    clearPath();
+    const Projection small[] = {{{0, -3, -5}, {}, {}, aspectOf("viewCam2"), insetArea("ratio2")},
+        {{0, 4, 0}, {}, {}, aspectOf("viewCam3"), insetArea("ratio3")}};
+    for (const Projection &inset : small) {
+        const auto seen = [&](const QVector3D &point, const char *color) {
+            const auto place = inset.pixel(point);
+            return place && isNear(sceneImage(), *place, 2, isLike(QColor(color), 80));
+        };
+        EXPECT_TRUE(waitFor([&] { return seen({0.7F, 0, 0}, "red"); }, minute));
+        EXPECT_TRUE(waitFor([&] { return seen({0, 0, 0.7F}, "blue"); }, minute));
+        const QPointF device = inset.unbounded(vector(pose.translation)).value();
+        EXPECT_TRUE(waitFor([&] { return isNear(sceneImage(), device, 6, isYellow); }, minute));
+    }
+    release();
+}
+
+TEST(Slam, thePathIsDrawnUntilItIsCleared)
+{
+    WindowDriver::click(slamItem("insetArea2"));
+    clearPath();
+    const qv::Pose start = tap->last();
+    tap->clear();
+    ASSERT_TRUE(moves(*tap, start, 0.5F));
+    const qv::Pose pose = hold(*tap);
+    // Each fiftieth pose has the path drawn: the last ones may be missing.
+    std::vector<QVector3D> road;
+    const std::vector<qv::Pose> poses = tap->all();
+    for (std::size_t i = 20; i + 50 < poses.size(); i += 10)
+        road.push_back(vector(poses[i].translation));
+    int visible = 0;
+    EXPECT_TRUE(waitFor(
+        [&] { return share(sceneImage(), inset2InMain(), road, 2, isYellow, &visible) > 0.95; }, minute));
+    EXPECT_GT(visible, 10);
+    WindowDriver::picture(QStringLiteral("slam-path"));
+    clearPath();
+    EXPECT_TRUE(showsFrustum(inset2InMain(), pose));
+    release();
+    EXPECT_TRUE(waitFor([] { return pathLength() > 100; }, minute));
+    WindowDriver::click(slamItem("insetArea2"));
+}
+
+TEST(Slam, mapPointsAreOrangeWhereTheMapHasThem)
+{
+    setBox(slamItem("mapCheckbox"), true);
+    ASSERT_TRUE(waitFor([] { return model("map")->property("pointCount").toInt() > 1000; }, minute));
+    const qv::Pose pose = hold(*tap);
+    clearPath();
+    const Projection projection = behind(pose, sceneArea());
+    int visible = 0;
+    double found = 0;
+    EXPECT_TRUE(waitFor(
+        [&] {
+            found = share(sceneImage(), projection, mapPoints(), 2, isOrange, &visible);
+            return found > 0.95;
+        },
+        minute))
+        << found;
+    EXPECT_GT(visible, 100);
+    EXPECT_TRUE(slamItem("pointsLabel")->property("text").toString().toInt() > 1000);
+    WindowDriver::picture(QStringLiteral("slam-map"));
+    setBox(slamItem("mapCheckbox"), false);
+    EXPECT_TRUE(waitFor([&] { return extent(sceneImage(), isOrange).isEmpty(); }, minute));
+    setBox(slamItem("mapCheckbox"), true);
+    release();
+}
+
+TEST(Slam, planesAreDrawnInTheirColours)
+{
+    setBox(slamItem("mapCheckbox"), false);
+    setPlanes(true);
+    ASSERT_TRUE(
+        waitFor([] { return model("planes")->property("tofPlanes").toJsonArray().size() >= 2; }, minute));
+    const qv::Pose pose = hold(*tap);
+    const Projection projection = behind(pose, sceneArea());
+    const auto drawn = [&](int &visible) {
+        const QImage image = sceneImage();
+        double right = 0;
+        visible = 0;
+        for (const QJsonValue &value : model("planes")->property("tofPlanes").toJsonArray()) {
+            const auto isIts = isLike(QColor(value[QStringLiteral("color")].toString()), 45);
+            int points = 0;
+            const double part = share(
+                image, projection, borderOf(value[QStringLiteral("points")].toArray()), 3, isIts, &points);
+            right += part * points;
+            visible += points;
+        }
+        return visible > 10 ? right / visible : 0;
+    };
+    int visible = 0;
+    // What lies before a border tints it.
+    EXPECT_TRUE(waitFor([&] { return drawn(visible) > 0.5; }, minute)) << drawn(visible) << " of " << visible;
+    WindowDriver::picture(QStringLiteral("slam-planes"));
+    setPlanes(false);
+    clearPath();
+    const Projection ahead = behind(pose, sceneArea());
+    EXPECT_TRUE(showsFrustum(ahead, pose));
+    release();
+}
+
+TEST(Slam, resetBeginsANewFrameHere)
+{
+    setBox(slamItem("mapCheckbox"), false);
+    qv::Pose origin;
+    ASSERT_TRUE(waitFor([] { return vector(tap->last().translation).length() > 0.1F; }, minute));
+    tap->clear();
+    WindowDriver::click(slamItem("resetButton"));
+    const auto begins = [] {
+        const std::vector<qv::Pose> poses = tap->all();
+        return std::any_of(poses.begin(), poses.end(),
+            [](const qv::Pose &pose) { return vector(pose.translation).isNull(); });
+    };
+    ASSERT_TRUE(waitFor(begins, minute));
+    const qv::Pose pose = hold(*tap);
+    EXPECT_LT(pathLength(), int(tap->count()) + 1);
+    clearPath();
+    WindowDriver::click(slamItem("insetArea2"));
+    EXPECT_TRUE(showsFrustum(inset2InMain(), pose));
+    WindowDriver::click(slamItem("insetArea2"));
+    release();
+    // The map begins anew as well.
+    EXPECT_TRUE(waitFor([] { return model("map")->property("pointCount").toInt() > 0; }, minute));
+}
+
+TEST(Slam, theFreeCameraGoesWhereItIsDraggedAndBack)
+{
+    const qv::Pose pose = hold(*tap);
+    clearPath();
+    QObject *lens = cameraOf("viewCam");
+    setBox(slamItem("freeViewCheckBox"), true);
+    EXPECT_TRUE(showsFrustum(behind(pose, sceneArea()), pose));
+    const auto place = [&] { return lens->property("position").value<QVector3D>(); };
+    const QVector3D before = place();
+    QQuickItem *area = slamItem("sceneArea");
+    const QPointF middle(area->width() * 0.6, area->height() * 0.6);
+    const auto draggedProjection = [&] {
+        const QRectF whole = sceneArea();
+        return Projection(place(), lens->property("viewCenter").value<QVector3D>(),
+            lens->property("upVector").value<QVector3D>(), whole.width() / whole.height(), whole);
+    };
+    const QPoint from = area->mapToScene(middle).toPoint();
+    // The camera moves by the frame while the button is down.
+    QTest::mousePress(WindowDriver::window(), Qt::RightButton, Qt::NoModifier, from);
+    int step = 0;
+    EXPECT_TRUE(waitFor(
+        [&] {
+            step = (step + 1) % 20;
+            QTest::mouseMove(WindowDriver::window(), from + QPoint(3 * step, 2 * step), 20);
+            return place().distanceToPoint(before) > 0.1F;
+        },
+        minute));
+    QTest::mouseRelease(WindowDriver::window(), Qt::RightButton, Qt::NoModifier, from);
+    // It may go on by a frame.
+    QVector3D dragged = place();
+    QElapsedTimer rest;
+    rest.start();
+    waitFor([&] {
+        if (std::exchange(dragged, place()) != dragged)
+            rest.start();
+        return rest.elapsed() > 300;
+    });
+    EXPECT_TRUE(showsFrustum(draggedProjection(), pose));
+    release();
+    ASSERT_TRUE(moves(*tap, pose, 0.1F));
+    EXPECT_EQ(place(), dragged); // it stays where it was put
+    setBox(slamItem("freeViewCheckBox"), false);
+    const qv::Pose later = hold(*tap);
+    clearPath();
+    EXPECT_TRUE(showsFrustum(behind(later, sceneArea()), later));
+    release();
+}
+
+TEST(Slam, theSwitchStopsItAndNothingUnexpectedIsInTheLog)
+{
+    clickSwitch("slamButton");
+    EXPECT_TRUE(waitFor([] { return id("slamView")->width() == 0 || !id("slamView")->isVisible(); }, minute));
+    tap.reset();
+    EXPECT_THAT(unexpectedWarnings(), ::testing::IsEmpty());
+}
