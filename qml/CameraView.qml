@@ -1199,13 +1199,21 @@ Item {
                                 id: sgbmResolutionComboBox
                                 objectName: "sgbmResolutionComboBox"
 
-                                // No property binding: the first preset that moves the box would end it.
-                                readonly property Binding follower: Binding {
-                                    target: sgbmResolutionComboBox
-                                    property: "currentIndex"
-                                    value: view.has("sgbm") ? view.camera.sgbm.resolution : 0
+                                // No binding: a preset that moves the box would end it, and a change of language
+                                // would bring it back to a choice that the model hasn't announced.
+                                readonly property QtObject followed: view.has("sgbm") ? view.camera.sgbm : null
+                                readonly property Connections follower: Connections {
+                                    target: sgbmResolutionComboBox.followed
+                                    function onResolutionChanged() { sgbmResolutionComboBox.follow() }
                                 }
 
+                                function follow() {
+                                    const index = followed ? followed.resolution : 0
+                                    if (currentIndex !== index)
+                                        currentIndex = index
+                                }
+
+                                onFollowedChanged: follow()
                                 width: 0.6 * buttonColumn.width
                                 isListModel: true
                                 currentIndex: 0
