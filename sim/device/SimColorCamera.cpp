@@ -34,9 +34,10 @@ bool SimColorCamera::setExposure(int aecMode, int gain, float exposureMs)
     return !refuses("setExposure") && source().setExposure(aecMode == 0, gain, exposureMs);
 }
 
-bool SimColorCamera::setResolution(const int &resolution)
+void SimColorCamera::setResolution(const int &resolution)
 {
-    return !refuses("setResolution") && source().setResolution(resolution);
+    if (!refuses("setResolution"))
+        source().setResolution(resolution);
 }
 
 void SimColorCamera::setRgbMode(const int &mode)
@@ -58,10 +59,10 @@ ColorStream *SimColorCamera::camera(int index)
     return index == 1 ? m_second.get() : nullptr;
 }
 
-bool SimColorCamera::startCamera(int index)
+void SimColorCamera::startCamera(int index)
 {
-    ColorStream *stream = camera(index);
-    return stream && stream->start();
+    if (ColorStream *stream = camera(index))
+        stream->start();
 }
 
 bool SimColorCamera::stopCamera(int index)

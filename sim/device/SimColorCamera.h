@@ -16,10 +16,10 @@ public:
     const std::vector<qv::Calibration> &calibration() override;
     bool setFramerate(float fps) override;
     bool setExposure(int aecMode, int gain, float exposureMs) override;
-    bool setResolution(const int &resolution) override;
+    void setResolution(const int &resolution) override;
     void setRgbMode(const int &mode) override;
     void setRgbDistance(int distance) override;
-    bool startCamera(int index) override;
+    void startCamera(int index) override;
     bool stopCamera(int index) override;
     /// -1 without a second camera.
     int registerCallback2(std::function<void(const qv::ColorImage &)> callback) override;

@@ -179,8 +179,10 @@ TEST(RgbdDevice, settingsOfARecordingAreRefused)
     const auto color = device->colorCamera();
     EXPECT_FALSE(color->setFramerate(10));
     EXPECT_FALSE(color->setExposure(0, 10, 10));
-    EXPECT_FALSE(color->setResolution(1));
-    EXPECT_FALSE(color->startCamera(1));
+    color->setResolution(1);
+    EXPECT_EQ(color->calibration().at(0).pdcm.at(0).w, RgbdFolder::width);
+    color->startCamera(1);
+    EXPECT_FALSE(color->stopCamera(1)) << "there is no second one";
     color->setRgbMode(1);
     color->setRgbDistance(9);
     const auto tof = device->tofCamera();

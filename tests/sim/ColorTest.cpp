@@ -132,7 +132,7 @@ TEST_F(ColorTest, resolutionsHaveTheirSizesAndCalibrations)
     ASSERT_TRUE(color->start());
     const cv::Size sizes[] = {{1920, 1080}, {1280, 720}, {640, 480}, {320, 240}, {2560, 1920}};
     for (int mode = 0; mode < 5; ++mode) {
-        EXPECT_TRUE(color->setResolution(mode));
+        color->setResolution(mode);
         const auto changed = [&] {
             return colors->count() > 0 && colors->last().width == static_cast<std::size_t>(sizes[mode].width);
         };
@@ -144,8 +144,10 @@ TEST_F(ColorTest, resolutionsHaveTheirSizesAndCalibrations)
         EXPECT_EQ(color->calibration().at(0).cameraModels.at(0)->height(), sizes[mode].height);
         colors->clear();
     }
-    EXPECT_FALSE(color->setResolution(5));
-    EXPECT_FALSE(color->setResolution(-1));
+    for (const int unknown : {5, -1}) {
+        color->setResolution(unknown);
+        EXPECT_EQ(color->calibration().at(0).pdcm.at(0).w, 2560) << unknown;
+    }
 }
 
 TEST_F(ColorTest, rateFollowsTheSetting)
@@ -307,7 +309,7 @@ TEST_F(ColorTest, theSecondCameraStandsByItself)
     const int id = color->registerCallback2([&](const qv::ColorImage &image) { second.add(image); });
     EXPECT_GE(id, 0);
     EXPECT_FALSE(color->stopCamera(1)) << "it doesn't run";
-    ASSERT_TRUE(color->startCamera(1));
+    color->startCamera(1);
     ASSERT_TRUE(second.waitForMore(4));
     EXPECT_EQ(colors->count(), 0U) << "the first one is off";
     const auto all = second.all();
@@ -334,12 +336,14 @@ TEST_F(ColorTest, theSecondCameraStandsByItself)
 TEST_F(ColorTest, thereAreNoOtherCameras)
 {
     make();
-    EXPECT_FALSE(color->startCamera(2));
-    EXPECT_FALSE(color->startCamera(-1));
-    EXPECT_TRUE(color->startCamera(0));
+    color->startCamera(2);
+    color->startCamera(-1);
+    EXPECT_FALSE(color->stopCamera(-1));
+    color->startCamera(0);
     EXPECT_TRUE(color->stopCamera(0));
     make(Profile::Module);
-    EXPECT_FALSE(color->startCamera(1));
+    color->startCamera(1);
+    EXPECT_FALSE(color->stopCamera(1));
     EXPECT_FALSE(color->stopCamera(1));
     EXPECT_EQ(color->registerCallback2([](const qv::ColorImage &) {}), -1);
     color->unregisterCallback2(3);

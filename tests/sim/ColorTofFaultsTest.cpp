@@ -97,14 +97,15 @@ TEST_F(ColorTofFaults, theSecondCameraHasFaultsOfItsOwn)
 {
     config.faults.refuse = {"color2.start"};
     make();
-    EXPECT_FALSE(color->startCamera(1));
+    color->startCamera(1);
+    EXPECT_FALSE(color->stopCamera(1)) << "it didn't start";
     EXPECT_TRUE(color->start());
     Faults faults;
     faults.streams["color2"].unknownEvery = 1;
     device->state().setFaults(faults);
     Records<qv::ColorImage> second;
     const int id = color->registerCallback2([&](const qv::ColorImage &image) { second.add(image); });
-    ASSERT_TRUE(color->startCamera(1));
+    color->startCamera(1);
     ASSERT_TRUE(second.waitForMore(2));
     EXPECT_EQ(second.last().codec, 9);
     EXPECT_EQ(freshColor().codec, 1);
@@ -139,7 +140,7 @@ TEST_F(ColorTofFaults, refusedSettingsChangeNothing)
         "setRgbDistance", "setStreamMode", "setLibWorkMode", "enableIr", "setSonyTofSetting", "setTofIrGamma",
         "tof.setFramerate"};
     make();
-    EXPECT_FALSE(color->setResolution(2));
+    color->setResolution(2);
     EXPECT_EQ(color->calibration().at(0).pdcm.at(0).w, 160);
     EXPECT_FALSE(color->setFramerate(10));
     EXPECT_FALSE(color->setExposure(1, 10, 10));
@@ -165,18 +166,19 @@ TEST_F(ColorTofFaults, withoutItsHardwareEverythingFails)
 {
     make();
     ASSERT_TRUE(color->start());
-    ASSERT_TRUE(color->startCamera(1));
+    color->startCamera(1);
     ASSERT_TRUE(tof->start());
     freshColor();
     freshDepth(1);
     const qv::DepthImage held = depths->last();
     device->unplug();
     EXPECT_FALSE(color->start());
-    EXPECT_FALSE(color->startCamera(1));
+    color->startCamera(1);
     EXPECT_FALSE(color->stop());
     EXPECT_FALSE(color->stopCamera(1));
     EXPECT_FALSE(color->setFramerate(10));
-    EXPECT_FALSE(color->setResolution(1));
+    color->setResolution(1);
+    EXPECT_EQ(color->calibration().at(0).pdcm.at(0).w, 160);
     EXPECT_FALSE(color->setExposure(0, 10, 10));
     color->setRgbMode(1);
     color->setRgbDistance(7);
@@ -187,6 +189,20 @@ TEST_F(ColorTofFaults, withoutItsHardwareEverythingFails)
     EXPECT_EQ(tof->manufacturer(), 1);
     EXPECT_NE(held.data, nullptr);
     EXPECT_FALSE(color->calibration().empty());
+}
+
+TEST_F(ColorTofFaults, whatDoesNotRunCannotBeStopped)
+{
+    make();
+    EXPECT_FALSE(color->stop());
+    EXPECT_FALSE(color->stopCamera(1));
+    EXPECT_FALSE(tof->stop());
+    ASSERT_TRUE(color->start());
+    ASSERT_TRUE(tof->start());
+    EXPECT_TRUE(color->stop());
+    EXPECT_TRUE(tof->stop());
+    EXPECT_FALSE(color->stop()) << "a second time";
+    EXPECT_FALSE(tof->stop()) << "a second time";
 }
 
 TEST_F(ColorTofFaults, aCallbackThatThrowsStopsNoStream)
@@ -214,5 +230,7 @@ TEST_F(ColorTofFaults, aComponentMayOutliveItsDevice)
     device.reset();
     EXPECT_FALSE(color->start());
     EXPECT_FALSE(tof->start());
-    EXPECT_FALSE(color->setResolution(0));
+    color->setResolution(0);
+    color->startCamera(1);
+    EXPECT_FALSE(color->stopCamera(1));
 }

@@ -77,8 +77,41 @@ TEST(SimDevice, profilesHaveTheirComponents)
 TEST(SimDevice, componentsAreTheSameOnEachCall)
 {
     const auto headset = device(Profile::Headset);
-    EXPECT_EQ(headset->imuSensor(), headset->imuSensor());
-    EXPECT_EQ(headset->fisheyeCameras(), headset->fisheyeCameras());
+    const auto same = [](const auto &first, const auto &second, const char *name) {
+        EXPECT_NE(first, nullptr) << name;
+        EXPECT_EQ(first, second) << name;
+    };
+    same(headset->slam(), headset->slam(), "slam");
+    same(headset->imuSensor(), headset->imuSensor(), "imu");
+    same(headset->fisheyeCameras(), headset->fisheyeCameras(), "fisheye");
+    same(headset->colorCamera(), headset->colorCamera(), "colour");
+    same(headset->tofCamera(), headset->tofCamera(), "tof");
+    same(headset->vsc(), headset->vsc(), "vsc");
+    same(headset->objectDetector(), headset->objectDetector(), "detector");
+    same(deviceEx(headset)->edge(), deviceEx(headset)->edge(), "edge");
+}
+
+TEST(SimDevice, unregisteringWhatNoOneRegisteredLeavesTheOthers)
+{
+    const auto headset = device(Profile::Headset);
+    const auto leaves = [](const auto &component, auto record, const char *name) {
+        const auto calls = std::make_shared<std::atomic<int>>(0);
+        const int id = component->registerCallback([calls](const decltype(record) &) { ++*calls; });
+        EXPECT_GE(id, 0) << name;
+        component->unregisterCallback(-1);
+        component->unregisterCallback(id + 1);
+        EXPECT_TRUE(component->start()) << name;
+        EXPECT_TRUE(waitFor([&calls] { return *calls > 0; })) << name << " calls no more";
+        component->stop();
+        component->unregisterCallback(id);
+        component->unregisterCallback(-1);
+    };
+    leaves(headset->imuSensor(), qv::Imu(), "imu");
+    leaves(headset->fisheyeCameras(), qv::FisheyeImages(), "fisheye");
+    leaves(headset->colorCamera(), qv::ColorImage(), "colour");
+    leaves(headset->tofCamera(), qv::DepthImage(), "tof");
+    leaves(headset->slam(), qv::Pose(), "slam");
+    leaves(headset->vsc(), qv::SgbmImage(), "vsc");
 }
 
 TEST(SimDevice, onlyThePlainOneHasNoExtensions)

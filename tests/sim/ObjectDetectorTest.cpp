@@ -331,7 +331,7 @@ TEST_F(ObjectDetectorTest, pixelsFollowTheColourCamerasResolution)
         t += 1;
     const Objects full = objects;
     ASSERT_FALSE(full.empty());
-    ASSERT_TRUE(headset->colorCamera()->setResolution(1));
+    headset->colorCamera()->setResolution(1);
     const Objects smaller = at(t);
     ASSERT_FALSE(smaller.empty());
     ASSERT_EQ(smaller.front().type, full.front().type);
@@ -382,7 +382,28 @@ TEST_F(ObjectDetectorTest, refusedOperationsChangeNothing)
     EXPECT_EQ(detector->source(), 2);
     state->setFaults({});
     EXPECT_TRUE(detector->setModel(model));
+}
+
+TEST_F(ObjectDetectorTest, unpluggedItFailsAndDoesNoHarm)
+{
+    ASSERT_TRUE(detector->setModel(model));
+    ASSERT_TRUE(detector->start());
+    ASSERT_TRUE(waitFor([&] { return records > 0; }));
     state->setGone();
+    EXPECT_FALSE(detector->stop());
     EXPECT_FALSE(detector->start());
     EXPECT_FALSE(detector->setModel(model));
+    EXPECT_FALSE(detector->setDescriptor("empty"));
+    EXPECT_FALSE(detector->setSource(0));
+    EXPECT_EQ(detector->source(), 2) << "what it was";
+    const int id = detector->registerCallback([](const Objects &) {});
+    detector->unregisterCallback(id);
+}
+
+TEST_F(ObjectDetectorTest, unregisteringWhatNoOneRegisteredLeavesTheOthers)
+{
+    detector->unregisterCallback(-1);
+    ASSERT_TRUE(detector->setModel(model));
+    ASSERT_TRUE(detector->start());
+    EXPECT_TRUE(waitFor([&] { return records > 0; }));
 }

@@ -68,6 +68,15 @@ TEST(DeviceRegistry, anUnchangedSetIsAnsweredAfterASecondWhateverTheBound)
     EXPECT_LT(Clock::now() - start, 5);
 }
 
+TEST(DeviceRegistry, withoutADeviceTheFirstAnswerTooWaits)
+{
+    DeviceRegistry registry(ConfigSource(std::vector<DeviceConfig>{}));
+    const double start = Clock::now();
+    EXPECT_TRUE(registry.wait(15, nullptr).empty());
+    EXPECT_GE(Clock::now() - start, 0.95) << "else whoever asks over and over would spin";
+    EXPECT_LT(Clock::now() - start, 5);
+}
+
 TEST(DeviceRegistry, theBoundHoldsIfItIsShorter)
 {
     DeviceRegistry registry(ConfigSource(std::vector<DeviceConfig>{}));

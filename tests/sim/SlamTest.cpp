@@ -4,6 +4,7 @@
 #include "device/qv/FisheyeCameras.h"
 
 #include <cmath>
+#include <sstream>
 
 using namespace sim;
 
@@ -35,6 +36,20 @@ std::vector<qv::Pose> some(const std::shared_ptr<qv::Slam> &slam, std::size_t co
     EXPECT_TRUE(tap.waitForMore(count));
     slam->stop();
     return tap.all();
+}
+
+/// Both map operations are refused and say so to those who wait for their end.
+void expectNoMaps(qv::Slam &slam)
+{
+    const auto ended = std::make_shared<std::atomic<int>>(0);
+    std::stringbuf map("no map");
+    EXPECT_FALSE(slam.loadMapAndSwitchToCslam(
+        map, [ended](int quality) { *ended += quality == 0 ? 1 : 100; }, [](float) {}));
+    EXPECT_TRUE(waitFor([&ended] { return *ended == 1; }));
+    EXPECT_FALSE(slam.saveMapAndSwitchToCslam(
+        map, [ended](int, int quality) { *ended += quality == 0 ? 1 : 100; }, [](float) {}));
+    EXPECT_TRUE(waitFor([&ended] { return *ended == 2; }));
+    EXPECT_EQ(map.str(), "no map");
 }
 
 } // namespace
@@ -479,7 +494,28 @@ TEST(SimSlam, unpluggedItFailsAndDoesNoHarm)
     device->unplug();
     EXPECT_FALSE(slam->reset());
     EXPECT_FALSE(slam->pause());
+    EXPECT_FALSE(slam->resume());
     EXPECT_FALSE(slam->clearStereoPlanes());
+    EXPECT_FALSE(slam->clearTofPlanes());
+    slam->handleOverrate();
+    expectNoMaps(*slam);
     EXPECT_FALSE(slam->stop());
     EXPECT_FALSE(slam->start());
+}
+
+TEST(SimSlam, whatDoesNotRunFailsAndDoesNoHarm)
+{
+    const auto device = makeDevice(slamConfig(Profile::Module));
+    const auto slam = device->slam();
+    EXPECT_FALSE(slam->reset());
+    EXPECT_FALSE(slam->pause());
+    EXPECT_FALSE(slam->resume());
+    EXPECT_FALSE(slam->clearStereoPlanes());
+    EXPECT_FALSE(slam->clearTofPlanes());
+    slam->handleOverrate();
+    expectNoMaps(*slam);
+    EXPECT_FALSE(slam->stop());
+    EXPECT_TRUE(slam->start()) << "none of it has done harm";
+    PoseTap tap(slam);
+    EXPECT_TRUE(tap.waitForMore(1));
 }

@@ -190,7 +190,7 @@ TEST_F(Rgb, otherCamerasDoNothing)
 
 TEST_F(Rgb, refusedStartsAndStopsAreIgnored)
 {
-    camera->startResult = camera->stopResult = camera->startCameraResult = camera->stopCameraResult = false;
+    camera->startResult = camera->stopResult = camera->stopCameraResult = false;
     QSignalSpy running(rgb.get(), &RgbData::rgbRunning);
     rgb->control(true);
     EXPECT_TRUE(rgb->isRunning());

@@ -21,7 +21,8 @@ struct Vector3 {
     double operator[](std::size_t axis) const { return axis == 0 ? x : axis == 1 ? y : z; }
 };
 
-/// One inertial reading: angular velocity in rad/s, acceleration in m/s^2.
+/// One inertial reading: angular velocity in rad/s, acceleration in m/s^2. A library's own record ends with
+/// `magn`: the two times behind it are ours, only carried, and the viewer reads or copies neither.
 struct Imu {
     Vector3 gyro;
     Vector3 accel;
@@ -210,5 +211,57 @@ struct SgbmConfig {
     std::uint16_t minDistance = 100; ///< millimetres
     std::int32_t source = 0;
 };
+
+// The library is built apart from the viewer, so both have to agree on where a field stands. The numbers hold
+// where sizes and pointers have 8 bytes; the wire record's hold everywhere.
+using PairKeyPoints = FisheyeKeyPoints<2, 32>;
+using QuadKeyPoints = FisheyeKeyPoints<4, 32>;
+constexpr bool wide = sizeof(std::size_t) == 8 && sizeof(void *) == 8;
+
+static_assert(!wide || (offsetof(Imu, accel) == 24 && offsetof(Imu, magn) == 56));
+static_assert(!wide || (offsetof(FisheyeImage, height) == 8 && offsetof(FisheyeImage, data) == 16));
+static_assert(!wide || offsetof(FisheyeImages, images) == 16);
+static_assert(offsetof(PairKeyPoints, descriptors) == 32);
+static_assert(offsetof(QuadKeyPoints, descriptors) == 32);
+static_assert(!wide || offsetof(PairKeyPoints::Descriptor, data) == 8);
+static_assert(!wide
+    || (offsetof(ColorImage, width) == 8 && offsetof(ColorImage, height) == 16
+        && offsetof(ColorImage, data) == 24 && offsetof(ColorImage, dataSize) == 40
+        && offsetof(ColorImage, hostTimestamp) == 48 && sizeof(ColorImage) == 64));
+static_assert(!wide
+    || (offsetof(DepthImage, width) == 8 && offsetof(DepthImage, height) == 16
+        && offsetof(DepthImage, confidence) == 24 && offsetof(DepthImage, data) == 32
+        && offsetof(DepthImage, dataSize) == 48 && offsetof(DepthImage, hostTimestamp) == 56
+        && offsetof(DepthImage, edgeTimestampUs) == 64 && sizeof(DepthImage) == 72));
+static_assert(!wide || (offsetof(DepthColorImage, height) == 8 && offsetof(DepthColorImage, data) == 16));
+static_assert(!wide
+    || (offsetof(SgbmImage, width) == 8 && offsetof(SgbmImage, height) == 16
+        && offsetof(SgbmImage, confidence) == 24 && offsetof(SgbmImage, data) == 32
+        && offsetof(SgbmImage, dataSize) == 48 && offsetof(SgbmImage, hostTimestamp) == 56
+        && offsetof(SgbmImage, edgeTimestampUs) == 64 && sizeof(SgbmImage) == 72));
+static_assert(offsetof(Pose, rotation) == 24 && offsetof(Pose, hostTimestamp) == 96
+    && offsetof(Pose, edgeTimestampUs) == 104 && offsetof(Pose, qx) == 112 && offsetof(Pose, qw) == 136
+    && offsetof(Pose, confidence) == 144 && sizeof(Pose) == 152);
+static_assert(offsetof(SlamMap, points) == 0 && sizeof(Vector3) == 24);
+static_assert(offsetof(Plane, id) == 0 && offsetof(Plane, points) == sizeof(std::string));
+static_assert(!wide
+    || (offsetof(Object, type) == 8 && offsetof(Object, x) == 8 + sizeof(std::string)
+        && offsetof(Object, height) == 32 + sizeof(std::string)
+        && offsetof(Object, confidence) == 40 + sizeof(std::string)
+        && offsetof(Object, keypoints) == 48 + sizeof(std::string)));
+static_assert(offsetof(UnifiedCameraModel, fx) == 8 && offsetof(UnifiedCameraModel, v0) == 32
+    && offsetof(UnifiedCameraModel, xi) == 40 && sizeof(UnifiedCameraModel) == 48);
+static_assert(offsetof(PolynomialDistortionCameraModel, v0) == 32
+    && offsetof(PolynomialDistortionCameraModel, distor) == 40
+    && sizeof(PolynomialDistortionCameraModel) == 80);
+static_assert(offsetof(Calibration, rotation) == 24 && offsetof(Calibration, ucm) == 96);
+static_assert(!wide || (offsetof(Calibration, pdcm) == 120 && offsetof(Calibration, cameraModels) == 144));
+static_assert(offsetof(SgbmConfig, dewarpZoomFactor) == 4 && offsetof(SgbmConfig, enablePointCloud) == 16
+    && offsetof(SgbmConfig, baseline) == 20 && offsetof(SgbmConfig, fov) == 24
+    && offsetof(SgbmConfig, maxDisparity) == 28 && offsetof(SgbmConfig, homography) == 32
+    && offsetof(SgbmConfig, enableGamma) == 68 && offsetof(SgbmConfig, gamma) == 72
+    && offsetof(SgbmConfig, enableGammaCorrection) == 76 && offsetof(SgbmConfig, mode) == 80
+    && offsetof(SgbmConfig, maxDistance) == 82 && offsetof(SgbmConfig, minDistance) == 84
+    && offsetof(SgbmConfig, source) == 88 && sizeof(SgbmConfig) == 92);
 
 } // namespace qv
