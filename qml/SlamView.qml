@@ -444,7 +444,7 @@ DisplayItem {
             width: 48
             checkable: true
             visible: false
-            icon.source: "qrc:images/settings"
+            icon.source: "qrc:/images/settings"
             rotation: checked ? 180 : 90
 
             Behavior on rotation {
