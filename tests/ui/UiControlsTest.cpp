@@ -86,6 +86,10 @@ void closeWhatOpened()
     }
     for (QObject *popup : openPopups())
         QMetaObject::invokeMethod(popup, "close");
+    for (const char *name : {"infoDialog", "calibrationDialog"}) {
+        if (QQuickItem *dialog = WindowDriver::byName(name); dialog && dialog->isVisible())
+            QMetaObject::invokeMethod(dialog, "close");
+    }
     waitFor([] { return openPopups().isEmpty(); }, minute);
 }
 
@@ -126,17 +130,17 @@ void use(QQuickItem *item)
     }
 }
 
-/// Uses a control, and a toggle once more, so that it stands as before. Answers whether the control noticed.
+/// Uses a control, and a toggle once more, so that it stands as before. Answers whether the control noticed,
+/// or went away with another one's view.
 bool drive(const QPointer<QQuickItem> &item)
 {
     waitUntilItRests(item);
     QSignalSpy spy(item, kindOf(item)->signal);
     const bool before = item->property("checked").toBool();
     use(item);
-    const bool noticed = waitFor([&] { return !item || spy.count() > 0; }, minute);
+    const bool noticed = waitFor([&] { return spy.count() > 0 || !canBeUsed(item); }, minute);
     closeWhatOpened();
-    const bool isMaximize = item && item->objectName() == QLatin1String("maxBtn");
-    if (canBeUsed(item) && (isMaximize || item->property("checked").toBool() != before)) {
+    if (canBeUsed(item) && item->property("checked").toBool() != before) {
         waitUntilItRests(item);
         use(item);
         waitUntilItRests(item);
@@ -151,10 +155,11 @@ bool hasNothingToTell(const QQuickItem *item)
     return item->inherits("QQuickComboBox") && item->property("count").toInt() < 2;
 }
 
-/// What takes a view away goes last.
-bool takesAway(const QQuickItem *item)
+/// What moves the views goes late, what takes them away last.
+int turnOf(const QQuickItem *item)
 {
-    return item->objectName() == QLatin1String("closeBtn");
+    return item->objectName() == QLatin1String("closeBtn") ? 2
+                                                           : item->objectName() == QLatin1String("maxBtn");
 }
 
 int driveAll(QQuickItem *root, QStringList &silent)
@@ -163,7 +168,7 @@ int driveAll(QQuickItem *root, QStringList &silent)
     collect(root, controls);
     std::stable_sort(controls.begin(), controls.end(),
         [](const QPointer<QQuickItem> &one, const QPointer<QQuickItem> &other) {
-            return !takesAway(one) && takesAway(other);
+            return turnOf(one) < turnOf(other);
         });
     int used = 0;
     for (const QPointer<QQuickItem> &control : controls) {
