@@ -49,13 +49,13 @@ int measure()
         Qt::DirectConnection);
     int frames = 0;
     int seconds = 0;
-    QObject *stereo = model("stereo");
+    QQuickItem *readOut = WindowDriver::byName("infoLabel", view);
     const double wall = wallSeconds();
     const double thread = processorSeconds(CLOCK_THREAD_CPUTIME_ID);
     const double process = processorSeconds(CLOCK_PROCESS_CPUTIME_ID);
     for (; seconds < 10; ++seconds) {
         spend(1);
-        frames += stereo->property("dataFrameRate").toInt();
+        frames += rateOf(readOut);
     }
     const double spent = wallSeconds() - wall;
     std::cout << "frame sets a second     " << frames / double(seconds) << "\npictures of the window  "
