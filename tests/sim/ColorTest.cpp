@@ -338,12 +338,12 @@ TEST_F(ColorTest, thereAreNoOtherCameras)
     make();
     color->startCamera(2);
     color->startCamera(-1);
+    EXPECT_FALSE(color->stopCamera(2));
     EXPECT_FALSE(color->stopCamera(-1));
     color->startCamera(0);
     EXPECT_TRUE(color->stopCamera(0));
     make(Profile::Module);
     color->startCamera(1);
-    EXPECT_FALSE(color->stopCamera(1));
     EXPECT_FALSE(color->stopCamera(1));
     EXPECT_EQ(color->registerCallback2([](const qv::ColorImage &) {}), -1);
     color->unregisterCallback2(3);

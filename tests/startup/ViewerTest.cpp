@@ -156,8 +156,10 @@ TEST_F(Viewer, advancedOptionReachesTheDocuments)
 TEST_F(Viewer, processIsSetUp)
 {
     qunsetenv("QML_DISABLE_DISK_CACHE");
+    qunsetenv("QT3D_SCENE3D_STOP_RENDER_HIDDEN");
     run({}, [](QQmlApplicationEngine &, QApplication &) {
         EXPECT_EQ(qgetenv("QML_DISABLE_DISK_CACHE"), "1");
+        EXPECT_EQ(qgetenv("QT3D_SCENE3D_STOP_RENDER_HIDDEN"), "1") << "a hidden scene would stop the program";
         EXPECT_EQ(QSurfaceFormat::defaultFormat().swapInterval(), 2);
         EXPECT_TRUE(QCoreApplication::testAttribute(Qt::AA_EnableHighDpiScaling));
     });
