@@ -11,6 +11,7 @@
 #include <QMutexLocker>
 #include <QQmlContext>
 #include <QQmlEngine>
+#include <QSettings>
 #include <algorithm>
 #include <memory>
 
@@ -115,6 +116,13 @@ QStringList MessageLog::lines() const
     return messages().lines;
 }
 
+void StoredSettings::forget(const QString &entry)
+{
+    // The store removes everything for an empty name.
+    if (!entry.isEmpty())
+        QSettings().remove(entry);
+}
+
 QuitCounter::QuitCounter(QQmlEngine *engine)
     : QObject(engine)
 {
@@ -159,4 +167,5 @@ void TestContext::qmlEngineAvailable(QQmlEngine *engine)
     context->setContextProperty(QStringLiteral("frames"), new FrameMaker(engine));
     context->setContextProperty(QStringLiteral("quits"), new QuitCounter(engine));
     context->setContextProperty(QStringLiteral("messages"), new MessageLog(engine));
+    context->setContextProperty(QStringLiteral("stored"), new StoredSettings(engine));
 }

@@ -95,6 +95,17 @@ private:
     QHash<QUrl, QUrl> m_replaced;
 };
 
+/// Takes entries out of the settings store, which the documents' own type can't.
+class StoredSettings : public QObject {
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+    /// Removes a category with all its keys ("preferSettings1"), or one key of it ("preferSettings1/name").
+    Q_INVOKABLE void forget(const QString &entry);
+};
+
 /// Counts how often the documents asked the program to end.
 class QuitCounter : public QObject {
     Q_OBJECT

@@ -81,13 +81,23 @@ Item {
             table.forEach(function(row) { control(row[1])[row[2]] = row[column] })
         }
 
+        function compareRow(row, expected) {
+            if (row[2] === "value")
+                fuzzyCompare(control(row[1]).value, expected, 1e-6, row[0])
+            else
+                compare(control(row[1])[row[2]], expected, row[0])
+        }
+
         function compareAll(column) {
-            table.forEach(function(row) {
-                if (row[2] === "value")
-                    fuzzyCompare(control(row[1]).value, row[column], 1e-6)
-                else
-                    compare(control(row[1])[row[2]], row[column], row[0])
-            })
+            table.forEach(function(row) { compareRow(row, row[column]) })
+        }
+
+        // A slot in use that holds nothing but its name.
+        function storeBareSlot(name) {
+            stored.forget("preferSettings1")
+            fixture.slot(0).setValue("isAdd", 1)
+            fixture.slot(0).setValue("name", name)
+            table.forEach(function(row) { compare(fixture.slot(0).value(row[0], "none"), "none", row[0]) })
         }
 
         function reopen() {
@@ -297,9 +307,70 @@ Item {
 
         function test_aSlotWithoutNameIsNotSet() {
             fixture.slot(0).setValue("isAdd", 1)
-            fixture.slot(0).setValue("name", undefined)
+            stored.forget("preferSettings1/name")
+            compare(fixture.slot(0).value("name", "none"), "none")
+            fixture.slot(1).setValue("isAdd", 1)
+            fixture.slot(1).setValue("name", undefined)
             open()
-            compare(listed(), ["Default", "Not Set"])
+            compare(listed(), ["Default", "Not Set", "Not Set"])
+        }
+
+        function test_aSlotThatDoesNotTellItsUseIsFree() {
+            stored.forget("preferSettings1")
+            fixture.slot(0).setValue("name", "unused")
+            open()
+            compare(listed(), ["Default"])
+        }
+
+        // The two ways of a load have a table of fallbacks each.
+        function test_missingKeysTakeTheFallbacks_data() {
+            return [
+                { tag: "by index, VGA", activate: false, model: true, sgbmResolution: 0, menuAutoClose: true },
+                { tag: "by index, 720P", activate: false, model: true, sgbmResolution: 1, menuAutoClose: true },
+                { tag: "by index, no SGBM", activate: false, model: false, sgbmResolution: 0, menuAutoClose: true },
+                { tag: "activated, VGA", activate: true, model: true, sgbmResolution: 0, menuAutoClose: false },
+                { tag: "activated, 720P", activate: true, model: true, sgbmResolution: 1, menuAutoClose: false },
+                { tag: "activated, no SGBM", activate: true, model: false, sgbmResolution: 0, menuAutoClose: false }
+            ]
+        }
+
+        function test_missingKeysTakeTheFallbacks(data) {
+            storeBareSlot("bare")
+            if (data.model)
+                open(function(fake) { fake.sgbm.resolution = data.sgbmResolution })
+            else
+                openWithout(["sgbm"])
+            compare(listed(), ["Default", "bare"])
+            if (data.activate)
+                box().currentIndex = 1
+
+            // The defaults, but for what the case tells.
+            const fallbacks = table.map(function(row) { return row[0] in data ? data[row[0]] : row[3] })
+            moveAll(4)
+            control("menuAutoCloseCheckbox").checked = !data.menuAutoClose
+            control("sgbmResolutionComboBox").currentIndex = 1 - data.sgbmResolution
+            table.forEach(function(row, i) { verify(control(row[1])[row[2]] !== fallbacks[i], row[0]) })
+
+            if (data.activate)
+                box().activated(1)
+            else
+                box().currentIndex = 1
+            table.forEach(function(row, i) { compareRow(row, fallbacks[i]) })
+        }
+
+        function test_onlyTheMissingKeysFallBack() {
+            storeBareSlot("half")
+            const kept = function(i) { return i % 2 === 1 }
+            table.forEach(function(row, i) {
+                const value = row[4]
+                if (kept(i))
+                    fixture.slot(0).setValue(row[0], typeof value === "boolean" ? (value ? "true" : "") : value)
+            })
+            open()
+            // What is stored differs from the defaults that are shown, what is missing falls back from another value.
+            table.forEach(function(row, i) { control(row[1])[row[2]] = row[kept(i) ? 3 : 4] })
+            box().currentIndex = 1
+            table.forEach(function(row, i) { compareRow(row, row[kept(i) ? 4 : 3]) })
         }
 
         function test_aStoredNumberMayBeText() {
