@@ -290,7 +290,8 @@ Item {
             // the top one answers.
             Shortcut {
                 sequence: "Ctrl+Q"
-                enabled: menuAutoCloseCheckbox.checked
+                // While the drawer is closed this would be a second one beside the window's, and neither would fire.
+                enabled: drawer.visible && menuAutoCloseCheckbox.checked
                 onActivated: Qt.quit()
             }
 
