@@ -50,6 +50,8 @@ std::vector<Recording::Frame> join(
 
 Recording Recording::open(const fs::path &folder)
 {
+    if (!fs::exists(folder))
+        throw std::runtime_error("there is nothing of this name");
     const fs::path root = fs::is_directory(folder / "mav0") ? folder / "mav0" : folder;
     Recording recording;
     std::vector<std::vector<PictureRow>> cameras;
@@ -68,8 +70,9 @@ Recording Recording::open(const fs::path &folder)
     recording.imu = readImuTrack(root / "imu0");
     recording.poses = readPoseTrack(folder);
     if (recording.frames.empty() && recording.imu.empty() && recording.poses.empty())
-        throw std::runtime_error(
-            "there are neither pictures (mav0/cam0/data.csv) nor inertial readings nor poses in it");
+        throw std::runtime_error("there are neither pictures (mav0/cam0/data.csv, rgb.txt, depth.txt) nor "
+                                 "inertial readings nor poses in "
+                                 "it");
     return recording;
 }
 
