@@ -35,6 +35,22 @@ void exitWhenNotCreated(QQmlApplicationEngine &engine, QApplication &application
         Qt::QueuedConnection);
 }
 
+#ifdef Q_OS_LINUX
+/// Help and version are words for a terminal: they come without a display too.
+void allowWordsWithoutDisplay(int argc, char **argv)
+{
+    const auto isSet = [](const char *name) { return !qgetenv(name).isEmpty(); };
+    if (isSet("DISPLAY") || isSet("WAYLAND_DISPLAY") || isSet("QT_QPA_PLATFORM"))
+        return;
+    const QStringList words{QStringLiteral("-h"), QStringLiteral("--help"), QStringLiteral("--help-all"),
+        QStringLiteral("-v"), QStringLiteral("--version")};
+    for (int i = 1; i < argc; ++i) {
+        if (words.contains(QString::fromLocal8Bit(argv[i])))
+            qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+}
+#endif
+
 } // namespace
 
 void prepareProcess()
@@ -82,6 +98,9 @@ int runViewer(int argc, char **argv, const ViewerHook &hook)
     // What stands on this stack goes in reverse order when the loop ends: the documents while the devices
     // still run, then the application, whose children they are.
     prepareProcess();
+#ifdef Q_OS_LINUX
+    allowWordsWithoutDisplay(argc, argv);
+#endif
     QApplication application(argc, argv);
     setIdentity(application);
 

@@ -109,6 +109,20 @@ TEST_F(ViewerDeathTest, helpEndsBeforeAnyDeviceWork)
     EXPECT_EXIT(runToItsEnd("--help"), testing::ExitedWithCode(0), Not(HasSubstr("asked")));
 }
 
+TEST_F(ViewerDeathTest, helpAndVersionNeedNoDisplay)
+{
+    for (const char *word : {"-h", "--help", "-v", "--version"}) {
+        EXPECT_EXIT(
+            {
+                for (const char *name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+                    qunsetenv(name);
+                runToItsEnd(word);
+            },
+            testing::ExitedWithCode(0), "")
+            << word;
+    }
+}
+
 TEST_F(ViewerDeathTest, unknownOptionEndsBeforeAnyDeviceWork)
 {
     EXPECT_EXIT(runToItsEnd("--nonsense"), testing::ExitedWithCode(1),
