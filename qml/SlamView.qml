@@ -24,6 +24,8 @@ DisplayItem {
 
     readonly property int maximumPathLength: 100000
     readonly property int posesPerDrawing: 50
+    // In a narrow view the buttons and the mode take the whole row.
+    readonly property bool hasRoomForCaptions: width >= 460
     readonly property matrix4x4 fallbackMatrix: Qt.matrix4x4(1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 1, 1, 1, 1, 1)
 
     readonly property var slam: camera && camera.slam ? camera.slam : null
@@ -190,6 +192,12 @@ DisplayItem {
         function onVectorChanged(vector) { control.feedEdgePath(vector) }
     }
 
+    // A save that ends after its device has gone from here tells nobody.
+    onSlamChanged: {
+        if (!slam)
+            loopClosureIndicator.running = false
+    }
+
     Connections {
         target: control.slam
         function onLoopClosureFinished() { loopClosureIndicator.running = false }
@@ -288,6 +296,7 @@ DisplayItem {
 
         objectName: "fpsLabel"
         anchors { top: parent.top; left: parent.left; margins: 5 }
+        width: control.captionWidth
         text: d.slamSource ? "[SLAM]  @" + d.slamSource.dataFrameRate.toFixed(0) + "fps" : ""
         onTextChanged: control.guardRate()
     }
@@ -469,8 +478,9 @@ DisplayItem {
         }
 
         Label {
+            objectName: "modeCaption"
             anchors.verticalCenter: parent.verticalCenter
-            visible: Qt.platform.os !== "android"
+            visible: Qt.platform.os !== "android" && control.hasRoomForCaptions
             text: qsTr("SLAM mode:")
         }
 
@@ -527,8 +537,9 @@ DisplayItem {
         enabled: false
 
         Label {
+            objectName: "edgeModeCaption"
             anchors.verticalCenter: parent.verticalCenter
-            visible: Qt.platform.os !== "android"
+            visible: Qt.platform.os !== "android" && control.hasRoomForCaptions
             text: qsTr("SLAM mode:")
         }
 

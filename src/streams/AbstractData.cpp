@@ -28,7 +28,7 @@ AbstractData::~AbstractData()
 
 double AbstractData::dataFrameRate() const
 {
-    return m_dataFrameRate;
+    return m_dataFrameRate.load(relaxed);
 }
 
 QString AbstractData::recordPath() const
@@ -108,9 +108,9 @@ std::mutex &AbstractData::recordMutex() const
 void AbstractData::measureRate()
 {
     const double rate = m_tickCount.exchange(0, relaxed);
-    if (qFuzzyCompare(rate, m_dataFrameRate))
+    if (qFuzzyCompare(rate, m_dataFrameRate.load(relaxed)))
         return;
-    m_dataFrameRate = rate;
+    m_dataFrameRate.store(rate, relaxed);
     emit dataFrameRateChanged(rate);
 }
 

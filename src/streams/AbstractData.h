@@ -65,7 +65,7 @@ private:
     void closeRecordFile();
 
     QTimer *m_timer;
-    double m_dataFrameRate = 0;
+    std::atomic<double> m_dataFrameRate{0}; ///< read on the library's threads too
     double m_dataFrameRate2 = 0;
     std::atomic<int> m_tickCount{0};
     std::atomic<int> m_tick2Count{0};
