@@ -16,6 +16,8 @@ Page {
     // The view's place in the side model; -1 for none.
     property int modelIndex: -1
     property bool minimized: true
+    // The room at the top left that the buttons leave to the view's read-out.
+    readonly property real captionWidth: (imgBtn.visible ? imgBtn.x : pathBtn.visible ? pathBtn.x : maxBtn.x) - 10
 
     signal clicked()
     signal doubleClicked()

@@ -14,6 +14,7 @@ DisplayItem {
         id: infoLabel
         objectName: "infoLabel"
         anchors { top: parent.top; left: parent.left; margins: 5 }
+        width: control.captionWidth
         text: control.imu ? "[IMU]  @" + control.imu.dataFrameRate.toFixed(0) + "fps" : ""
     }
 

@@ -25,6 +25,7 @@ DisplayItem {
     StreamLabel {
         objectName: "infoLabel"
         anchors { top: parent.top; left: parent.left; margins: 5 }
+        width: control.captionWidth
         text: "[RGBD]  "
     }
 }

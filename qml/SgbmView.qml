@@ -75,6 +75,7 @@ DisplayItem {
     StreamLabel {
         objectName: "infoLabel"
         anchors { top: parent.top; left: parent.left; margins: 5 }
+        width: control.captionWidth
         text: control.sgbm && control.sgbm.image
               ? "[SGBM]  " + control.sgbm.image.width + "x" + control.sgbm.image.height + "@"
                 + control.sgbm.frameRate.toFixed(0) + "fps" : ""

@@ -9,8 +9,11 @@ Label {
     leftPadding: 8
     rightPadding: 8
     color: "white"
+    wrapMode: Text.Wrap
 
+    // No wider than the words, whatever room they have.
     background: Rectangle {
+        width: control.contentWidth + control.leftPadding + control.rightPadding
         visible: control.text !== ""
         color: "#0e1418"
         opacity: 0.55

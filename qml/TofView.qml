@@ -101,6 +101,7 @@ DisplayItem {
     StreamLabel {
         objectName: "infoLabel"
         anchors { top: parent.top; left: parent.left; margins: 5 }
+        width: control.captionWidth
         text: control.tof && control.tof.image
               ? "[TOF]  " + control.tof.image.width + "x" + control.tof.image.height + "@"
                 + control.tof.dataFrameRate.toFixed(0) + "fps" : ""
