@@ -5,11 +5,12 @@
 #include <QSignalSpy>
 #include <QStyleHints>
 #include <QtTest/QTest>
+#include <algorithm>
 #include <array>
 #include <iostream>
 
-// A session in which every control of the panel that can be seen is used once by mouse or key, on a device
-// with every component.
+// A session in which every control that can be seen is used once by mouse or key, on a device with every
+// component.
 
 using namespace ui;
 
@@ -52,9 +53,26 @@ QString nameOf(const QQuickItem *item)
         + QLatin1Char(' ') + (item->objectName().isEmpty() ? text : item->objectName());
 }
 
+/// A view that has left its place is neither drawn nor reached by the mouse, though it counts as visible, and
+/// one for which the strip has no room yet still hangs where it was. Small views stand in the strip, which
+/// clips.
+bool standsInItsPlace(const QQuickItem *item)
+{
+    for (; item; item = item->parentItem()) {
+        if (!item->property("minimized").isValid())
+            continue;
+        const QQuickItem *grid = item;
+        while (grid && !grid->inherits("QQuickGridView"))
+            grid = grid->parentItem();
+        return item->width() > 0 && grid && grid->clip() == item->property("minimized").toBool();
+    }
+    return true;
+}
+
 bool canBeUsed(const QQuickItem *item)
 {
-    return item && item->isVisible() && item->isEnabled() && item->width() > 0 && item->height() > 0;
+    return item && item->isVisible() && item->isEnabled() && item->width() > 0 && item->height() > 0
+        && standsInItsPlace(item);
 }
 
 /// Menus and dialogs over the window; tool tips go by themselves.
@@ -133,11 +151,15 @@ void use(QQuickItem *item)
 /// or went away with another one's view.
 bool drive(const QPointer<QQuickItem> &item)
 {
-    waitUntilItRests(item);
     QSignalSpy spy(item, kindOf(item)->signal);
     const bool before = item->property("checked").toBool();
-    use(item);
-    const bool noticed = waitFor([&] { return spy.count() > 0 || !canBeUsed(item); }, minute);
+    // A hand tries again where a view has moved away from under the pointer.
+    bool noticed = false;
+    for (int attempt = 0; attempt < 3 && !noticed; ++attempt) {
+        waitUntilItRests(item);
+        use(item);
+        noticed = waitFor([&] { return spy.count() > 0 || !canBeUsed(item); }, 10000);
+    }
     closeWhatOpened();
     if (canBeUsed(item) && item->property("checked").toBool() != before) {
         waitUntilItRests(item);
@@ -154,10 +176,21 @@ bool hasNothingToTell(const QQuickItem *item)
     return item->inherits("QQuickComboBox") && item->property("count").toInt() < 2;
 }
 
+/// What moves the views goes late, what takes them away last.
+int turnOf(const QQuickItem *item)
+{
+    return item->objectName() == QLatin1String("closeBtn") ? 2
+                                                           : item->objectName() == QLatin1String("maxBtn");
+}
+
 int driveAll(QQuickItem *root, QStringList &silent)
 {
     QList<QPointer<QQuickItem>> controls;
     collect(root, controls);
+    std::stable_sort(controls.begin(), controls.end(),
+        [](const QPointer<QQuickItem> &one, const QPointer<QQuickItem> &other) {
+            return turnOf(one) < turnOf(other);
+        });
     int used = 0;
     for (const QPointer<QQuickItem> &control : controls) {
         if (!canBeUsed(control) || hasNothingToTell(control))
@@ -221,6 +254,17 @@ TEST(Controls, everyControlOfThePanelAnswersTheHand)
     const int used = driveAll(panel, silent);
     std::cout << used << " controls of the panel" << std::endl;
     EXPECT_GE(used, 60);
+    EXPECT_EQ(qPrintable(silent.join(QLatin1String("; "))), std::string());
+    EXPECT_EQ(warningsOfDocuments(), std::string());
+}
+
+TEST(Controls, everyControlOfTheWindowAnswersTheHand)
+{
+    setDrawer(false);
+    QStringList silent;
+    const int used = driveAll(WindowDriver::window()->contentItem(), silent);
+    std::cout << used << " controls of the window" << std::endl;
+    EXPECT_GT(used, 20);
     EXPECT_EQ(qPrintable(silent.join(QLatin1String("; "))), std::string());
     EXPECT_EQ(warningsOfDocuments(), std::string());
 }
