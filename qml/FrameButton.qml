@@ -18,4 +18,13 @@ ToolButton {
     ToolTip.visible: hovered
     ToolTip.delay: 500
     ToolTip.text: hint
+
+    // White signs stay legible over bright pictures.
+    Rectangle {
+        z: -1
+        anchors { fill: parent; margins: 2 }
+        color: "#0e1418"
+        opacity: 0.55
+        radius: 3
+    }
 }

@@ -487,7 +487,7 @@ DisplayItem {
         Label {
             objectName: "modeLabel"
             anchors.verticalCenter: parent.verticalCenter
-            visible: Qt.platform.os !== "android"
+            visible: Qt.platform.os !== "android" && control.width >= 340
             text: loopClosureButton.done || loadButton.text === "Stop Load Map" ? qsTr("Loop Closure")
                                                                                 : qsTr("Visual Odometry")
         }
