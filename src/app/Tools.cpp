@@ -22,13 +22,15 @@ QStringList plainPaths(const QUrl &url)
 }
 
 /// The desktop's openers answer true for files that don't exist, and take a plain path with blanks or
-/// non-Latin letters for an encoded one: local targets are looked up here and go out as file URLs.
+/// non-Latin letters for an encoded one: local targets are looked up here and go out as file URLs, with the
+/// query and the fragment that they came with as such.
 bool openWithDesktop(const QUrl &url)
 {
-    if (!url.isLocalFile() && !url.scheme().isEmpty())
+    if (url.isLocalFile())
+        return QFileInfo::exists(url.toLocalFile()) && QDesktopServices::openUrl(url);
+    if (!url.scheme().isEmpty())
         return QDesktopServices::openUrl(url);
-    const QStringList paths = url.isLocalFile() ? QStringList(url.toLocalFile()) : plainPaths(url);
-    for (const QString &path : paths) {
+    for (const QString &path : plainPaths(url)) {
         const QFileInfo target(path);
         if (target.exists())
             return QDesktopServices::openUrl(QUrl::fromLocalFile(target.absoluteFilePath()));

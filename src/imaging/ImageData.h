@@ -45,7 +45,9 @@ public:
     explicit ImageData(QObject *parent = nullptr);
 
     int width() const;
+    void setWidth(int width);
     int height() const;
+    void setHeight(int height);
     int dataSize() const;
     int type() const;
     /// Emits nothing. Takes effect with the next `set`.
@@ -71,8 +73,6 @@ public slots:
     void setPoints(QVector<QPoint> points);
     /// A 0 leaves the stored value as it is, each on its own.
     void setViewerSize(int w, int h);
-    void setWidth(int width);
-    void setHeight(int height);
 
 signals:
     void widthChanged(int width);

@@ -33,18 +33,18 @@ public:
     double dataFrameRate2() const;
     void setDataFrameRate2(double dataFrameRate2);
 
+protected slots:
+    /// One sample has come. Thread-safe.
+    void tick();
+    /// One sample of the second kind has come. Thread-safe.
+    void tick2();
+
 public slots:
     virtual void setRecordPath(QString recordPath);
     /// Starts or ends a text recording. The flag follows the request even where no file could be opened.
     virtual void setRecording(bool recording);
     /// Appends `line`, which brings its own line end, to a running text recording. Thread-safe.
     virtual void write(QString line);
-
-protected slots:
-    /// One sample has come. Thread-safe.
-    void tick();
-    /// One sample of the second kind has come. Thread-safe.
-    void tick2();
 
 signals:
     void dataFrameRateChanged(double dataFrameRate);

@@ -5,7 +5,17 @@
 #include <cstring>
 #include <opencv2/imgproc.hpp>
 
+#if defined(__x86_64__) && defined(__GNUC__)
+#include <immintrin.h>
+#define QV_WIDE_VECTORS
+#endif
+
 namespace {
+
+// A quotient costs several products. A thousand's inverse in two parts, of which the first times a sample is
+// exact, gives the same float as the quotient in double precision for each of the 65536 samples.
+constexpr float coarseInverse = 131.0F / 131072;
+constexpr float fineInverse = float(0.001 - double(coarseInverse));
 
 constexpr double farthest = 9.5;
 constexpr double nearest = 0.1;
@@ -33,6 +43,24 @@ ColorTable makeIrColorTable()
     return table;
 }
 
+#ifdef QV_WIDE_VECTORS
+/// Eight samples at a time, as far as there are eight; answers how many that were. For processors with AVX2,
+/// which take half the time that way.
+__attribute__((target("avx2"))) std::size_t wideMillimetresToMetres(
+    const unsigned char *millimetres, std::size_t count, float *metres)
+{
+    const __m256 coarse = _mm256_set1_ps(coarseInverse), fine = _mm256_set1_ps(fineInverse);
+    std::size_t done = 0;
+    for (; count - done >= 8; done += 8) {
+        const auto *bytes = reinterpret_cast<const __m128i *>(millimetres + done * sizeof(std::int16_t));
+        const __m256 values = _mm256_cvtepi32_ps(_mm256_cvtepi16_epi32(_mm_loadu_si128(bytes)));
+        _mm256_storeu_ps(
+            metres + done, _mm256_add_ps(_mm256_mul_ps(values, coarse), _mm256_mul_ps(values, fine)));
+    }
+    return done;
+}
+#endif
+
 /// The grey of an infrared sample.
 unsigned char infraredGrey(unsigned short sample)
 {
@@ -47,15 +75,15 @@ const ColorTable irColorTable = makeIrColorTable();
 
 void millimetresToMetres(const unsigned char *millimetres, std::size_t count, float *metres)
 {
-    // A quotient costs several products. The divisor's inverse in two parts, of which the first times a
-    // sample is exact, gives the same float as the quotient in double precision for each of the 65536
-    // samples.
-    constexpr float coarse = 131.0F / 131072;
-    constexpr float fine = float(0.001 - double(coarse));
-    for (std::size_t i = 0; i < count; ++i) {
+    std::size_t i = 0;
+#ifdef QV_WIDE_VECTORS
+    if (__builtin_cpu_supports("avx2"))
+        i = wideMillimetresToMetres(millimetres, count, metres);
+#endif
+    for (; i < count; ++i) {
         std::int16_t value;
         std::memcpy(&value, millimetres + i * sizeof(value), sizeof(value));
-        metres[i] = float(value) * coarse + float(value) * fine;
+        metres[i] = float(value) * coarseInverse + float(value) * fineInverse;
     }
 }
 

@@ -187,6 +187,20 @@ TEST(Tools, openUrlHandsAnExistingFolderToTheDesktop)
         log.lines(), ElementsAre(QStringLiteral("debug: Open URL QUrl(\"%1\") true").arg(url.toString())));
 }
 
+TEST(Tools, openUrlKeepsTheQueryAndTheFragmentOfAFile)
+{
+    const QTemporaryDir folder;
+    QUrl url = QUrl::fromLocalFile(touch(QDir(folder.path()), QStringLiteral("in dex.html")));
+    url.setQuery(QStringLiteral("a=1"));
+    url.setFragment(QStringLiteral("faults"));
+    const FileOpener opener;
+    EXPECT_TRUE(Tools().openUrl(url));
+    EXPECT_THAT(opener.opened, ElementsAre(url));
+    url.setPath(url.path() + QStringLiteral(".gone"));
+    EXPECT_FALSE(Tools().openUrl(url));
+    EXPECT_EQ(opener.opened.size(), 1);
+}
+
 TEST(Tools, openUrlTakesAPlainTextFromADocument)
 {
     const QTemporaryDir parent;

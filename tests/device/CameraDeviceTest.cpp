@@ -189,6 +189,31 @@ TEST(CameraDevice, makesItsModelsInOrder)
     EXPECT_EQ(camera.slam(), camera.children().at(9));
 }
 
+// A test that it has the component, then the component itself.
+TEST(CameraDevice, asksTheDeviceAfreshForEachModel)
+{
+    const FullDevice full;
+    const CameraDevice camera(full.device, nullptr);
+    Names asks = full.device->asks.calls();
+    ASSERT_EQ(asks.size(), 28U);
+    // The arguments of one constructor are fetched in any order.
+    std::sort(asks.begin() + 15, asks.begin() + 18);
+    EXPECT_THAT(asks,
+        ElementsAre("colorCamera", "colorCamera", "tofCamera", "tofCamera", "tofCamera", "tofCamera",
+            "fisheyeCameras", "fisheyeCameras", "tofCamera", "tofCamera", "vsc", "vsc", "edge", "tofCamera",
+            "colorCamera", "colorCamera", "slam", "tofCamera", "slam", "slam", "slam", "slam", "slam", "slam",
+            "objectDetector", "objectDetector", "imuSensor", "imuSensor"));
+}
+
+TEST(CameraDevice, asksADeviceWithoutComponentsOnceForEachModel)
+{
+    const auto device = std::make_shared<FakeDeviceEx>();
+    const CameraDevice camera(device, nullptr);
+    EXPECT_THAT(device->asks.calls(),
+        ElementsAre("colorCamera", "tofCamera", "tofCamera", "fisheyeCameras", "tofCamera", "vsc", "edge",
+            "tofCamera", "slam", "slam", "slam", "objectDetector", "imuSensor"));
+}
+
 TEST(CameraDevice, edgeAndSlamHaveTheirOwnComponents)
 {
     const FullDevice full;

@@ -1,6 +1,7 @@
 #include "imaging/ImageData.h"
 
 #include "imaging/Frames.h"
+#include "support/Methods.h"
 #include "support/Properties.h"
 #include "support/ViewerSize.h"
 #include <QMetaEnum>
@@ -212,6 +213,18 @@ TEST(ImageData, offersItsProperties)
     EXPECT_EQ(propertiesOf<ImageData>(),
         (QStringList{"int width read-write widthChanged(int)", "int height read-write heightChanged(int)",
             "QVector<QPoint> points read-write pointsChanged(QVector<QPoint>)"}));
+}
+
+TEST(ImageData, offersItsSignalsAndSlotsInOrder)
+{
+    EXPECT_EQ(signalsOf<ImageData>(),
+        (QStringList{"void widthChanged(int)", "void heightChanged(int)", "void update()",
+            "void pointsChanged(QVector<QPoint>)"}));
+    EXPECT_EQ(slotsOf<ImageData>(),
+        (QStringList{"void set(int,int,std::shared_ptr<const unsigned char>,int)",
+            "void set(int,int,std::shared_ptr<const unsigned char>,int,QVector<QPoint>)",
+            "void setPoints(QVector<QPoint>)", "void setViewerSize(int,int)"}));
+    EXPECT_EQ(callablesOf<ImageData>().size(), 4);
 }
 
 TEST(ImageData, pointsAreAProperty)

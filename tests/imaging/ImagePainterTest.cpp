@@ -1,8 +1,9 @@
 #include "imaging/ImagePainter.h"
 
 #include "imaging/Painting.h"
+#include "support/Methods.h"
+#include "support/Properties.h"
 #include "support/Wait.h"
-#include <QMetaProperty>
 #include <QTimer>
 #include <thread>
 
@@ -57,20 +58,45 @@ TEST(ImagePainter, imageTypeIsAMetaTypeByBothNames)
     EXPECT_NE(QMetaType::type("ImagePainter::ImageType"), QMetaType::UnknownType);
 }
 
-TEST(ImagePainter, propertiesHaveTheirNotifiers)
+TEST(ImagePainter, offersItsPropertiesInOrder)
 {
-    const auto &meta = ImagePainter::staticMetaObject;
-    const std::vector<std::pair<const char *, bool>> writable{{"source", true}, {"sourceWidth", true},
-        {"sourceHeight", true}, {"horizontalFlip", true}, {"verticalFlip", true}, {"type", false},
-        {"objects", true}, {"fps", false}, {"showPoints", true}, {"maxDistance", true}, {"minDistance", true},
-        {"colorize", true}, {"topLeftPoint", true}, {"imageRation", false}, {"colorIndex", true},
-        {"tofData", true}, {"sgbmData", true}, {"CNNRunning", true}};
-    for (const auto &[name, write] : writable) {
-        const QMetaProperty property = meta.property(meta.indexOfProperty(name));
-        EXPECT_TRUE(property.isValid()) << name;
-        EXPECT_EQ(property.isWritable(), write) << name;
-        EXPECT_EQ(property.notifySignal().name(), QByteArray(name) + "Changed");
-    }
+    EXPECT_EQ(propertiesOf<ImagePainter>(),
+        (QStringList{"QObject* source read-write sourceChanged(QObject*)",
+            "int sourceWidth read-write sourceWidthChanged(int)",
+            "int sourceHeight read-write sourceHeightChanged(int)",
+            "bool horizontalFlip read-write horizontalFlipChanged(bool)",
+            "bool verticalFlip read-write verticalFlipChanged(bool)",
+            "ImageType type read typeChanged(ImageType)",
+            "QJsonArray objects read-write objectsChanged(QJsonArray)", "double fps read fpsChanged(double)",
+            "bool showPoints read-write showPointsChanged(bool)",
+            "float maxDistance read-write maxDistanceChanged(float)",
+            "float minDistance read-write minDistanceChanged(float)",
+            "bool colorize read-write colorizeChanged(bool)",
+            "QPointF topLeftPoint read-write topLeftPointChanged(QPointF)",
+            "double imageRation read imageRationChanged(double)",
+            "int colorIndex read-write colorIndexChanged()", "QObject* tofData read-write tofDataChanged()",
+            "QObject* sgbmData read-write sgbmDataChanged()",
+            "bool CNNRunning read-write CNNRunningChanged()"}));
+}
+
+TEST(ImagePainter, offersItsSignalsAndSlotsInOrder)
+{
+    EXPECT_EQ(signalsOf<ImagePainter>(),
+        (QStringList{"void typeChanged(ImageType)", "void sourceHeightChanged(int)",
+            "void sourceWidthChanged(int)", "void objectsChanged(QJsonArray)",
+            "void horizontalFlipChanged(bool)", "void verticalFlipChanged(bool)",
+            "void sourceChanged(QObject*)", "void fpsChanged(double)", "void showPointsChanged(bool)",
+            "void maxDistanceChanged(float)", "void minDistanceChanged(float)", "void colorizeChanged(bool)",
+            "void topLeftPointChanged(QPointF)", "void imageRationChanged(double)",
+            "void colorIndexChanged()", "void tofDataChanged()", "void sgbmDataChanged()",
+            "void CNNRunningChanged()"}));
+    EXPECT_EQ(slotsOf<ImagePainter>(),
+        (QStringList{"void updateAll()", "void setSourceHeight(int)", "void setSourceWidth(int)",
+            "void setType(ImageType)", "void setObjects(QJsonArray)", "void setHorizontalFlip(bool)",
+            "void setVerticalFlip(bool)", "void setSource(QObject*)", "void setShowPoints(bool)",
+            "void setMaxDistance(float)", "void setMinDistance(float)", "void setColorize(bool)",
+            "void setTopLeftPoint(QPointF)"}));
+    EXPECT_EQ(callablesOf<ImagePainter>().size(), slotsOf<ImagePainter>().size());
 }
 
 TEST(ImagePainter, settersEmitOnceForANewValue)

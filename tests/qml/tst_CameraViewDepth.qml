@@ -233,6 +233,42 @@ Item {
             compare(device.calls, ["rgb.framerate(" + slider.value + ")"])
         }
 
+        function test_aDraggedSliderHoldsWholeSteps_data() {
+            return [
+                { tag: "gainSlider", section: "stereoText", step: 1, unit: "", call: "stereo.gain" },
+                { tag: "brightnessSlider", section: "stereoText", step: 1, unit: "ms", call: "stereo.brightness" },
+                { tag: "tofFramerateSlider", section: "tofText", step: 5, unit: "Hz", call: "tof.framerate" },
+                { tag: "rgbDistanceSlider", section: "rgbText", step: 1, unit: "", call: "rgb.setRGBDistance" },
+                { tag: "rgbFramerateSlider", section: "rgbText", step: 1, unit: "Hz", call: "rgb.framerate" }
+            ]
+        }
+
+        // So that the device gets the number that the label shows.
+        function test_aDraggedSliderHoldsWholeSteps(row) {
+            open()
+            openSection(row.section)
+            control("autoExposure").checked = false
+            device.tof.framerate = 1
+            const slider = reveal(control(row.tag))
+            const label = findChild(slider, "valueLabel")
+            const x = slider.handle.x + slider.handle.width / 2
+            const y = slider.handle.y + slider.handle.height / 2
+            const way = slider.visualPosition > 0.5 ? -1 : 1
+            const first = slider.value
+            device.forget()
+            mousePress(slider, x, y)
+            for (let moved = 7; moved <= 63; moved += 7) {
+                mouseMove(slider, x + way * moved, y)
+                compare(slider.value % row.step, 0)
+                compare(label.text, slider.value + row.unit)
+            }
+            mouseRelease(slider, x + way * 66, y)
+            compare(slider.value % row.step, 0)
+            verify(slider.value !== first)
+            tryVerify(function() { return device.calls.length > 0 }, 3000)
+            compare(device.calls[device.calls.length - 1], row.call + "(" + slider.value + ")")
+        }
+
         // Also where the hidden page of the view has stored other distances; and opening tells the device none of
         // the values that the controls begin with.
         function test_thePainterFollowsTheSlidersFromTheStart() {

@@ -91,6 +91,19 @@ TEST(SimDevice, componentsAreTheSameOnEachCall)
     same(deviceEx(headset)->edge(), deviceEx(headset)->edge(), "edge");
 }
 
+// Whoever asks may keep a plain pointer.
+TEST(SimDevice, componentsLiveAsLongAsTheirDevice)
+{
+    auto headset = device(Profile::Headset);
+    const auto extended = deviceEx(headset);
+    std::vector<std::pair<const char *, std::weak_ptr<void>>> components{{"slam", headset->slam()},
+        {"imu", headset->imuSensor()}, {"fisheye", headset->fisheyeCameras()},
+        {"colour", headset->colorCamera()}, {"tof", headset->tofCamera()}, {"vsc", headset->vsc()},
+        {"detector", headset->objectDetector()}, {"edge", extended->edge()}};
+    for (const auto &[name, component] : components)
+        EXPECT_FALSE(component.expired()) << name;
+}
+
 TEST(SimDevice, unregisteringWhatNoOneRegisteredLeavesTheOthers)
 {
     const auto headset = device(Profile::Headset);

@@ -2,6 +2,7 @@
 
 #include "streams/AbstractImageData.h"
 #include "support/LogCatcher.h"
+#include "support/Methods.h"
 #include "support/Properties.h"
 #include "support/Timers.h"
 #include "support/Wait.h"
@@ -131,6 +132,24 @@ TEST(AbstractData, offersItsProperties)
         (QStringList{"int sourceWidth read-write sourceWidthChanged(int)",
             "int sourceHeight read-write sourceHeightChanged(int)",
             "ImageData* image read imageChanged(ImageData*)"}));
+}
+
+TEST(AbstractData, offersItsSignalsAndSlotsInOrder)
+{
+    EXPECT_EQ(signalsOf<AbstractData>(),
+        (QStringList{"void dataFrameRateChanged(double)", "void recordPathChanged(QString)",
+            "void recordingChanged(bool)", "void dataFrameRate2Changed()"}));
+    EXPECT_EQ(slotsOf<AbstractData>(),
+        (QStringList{"protected void tick()", "protected void tick2()", "void setRecordPath(QString)",
+            "void setRecording(bool)", "void write(QString)"}));
+    EXPECT_EQ(callablesOf<AbstractData>().size(), 3);
+    EXPECT_EQ(signalsOf<AbstractImageData>(),
+        (QStringList{"void recordingChanged(bool)", "void sourceWidthChanged(int)",
+            "void sourceHeightChanged(int)", "void imageChanged(ImageData*)"}));
+    EXPECT_EQ(slotsOf<AbstractImageData>(),
+        (QStringList{"void setRecording(bool)", "void setSourceWidth(int)", "void setSourceHeight(int)",
+            "bool save(QString)"}));
+    EXPECT_EQ(callablesOf<AbstractImageData>().size(), 4);
 }
 
 TEST(AbstractData, theTimerItselfMeasures)

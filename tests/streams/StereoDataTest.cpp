@@ -4,6 +4,7 @@
 #include "support/FakeFisheyeCameras.h"
 #include "support/FakeOwner.h"
 #include "support/LogCatcher.h"
+#include "support/Methods.h"
 #include "support/Pictures.h"
 #include "support/Properties.h"
 #include "support/Timers.h"
@@ -120,8 +121,25 @@ TEST(StereoData, qmlSeesTheEnumThePropertiesAndTheSignals)
     EXPECT_EQ(count.methodSignature(), "countChanged(int)");
     EXPECT_STREQ(count.typeName(), "int");
     EXPECT_NE(meta.indexOfSignal("resetSgbm()"), -1);
-    EXPECT_EQ(meta.indexOfMethod("saveImage(int,QString)"), -1);
+    for (const char *plain :
+        {"setImageRecordPath(int,QString)", "setImageRecording(int,bool)", "saveImage(int,QString)"})
+        EXPECT_EQ(meta.indexOfMethod(plain), -1) << plain;
     EXPECT_NE(meta.indexOfMethod("image(Image)"), -1);
+}
+
+TEST(StereoData, offersItsSignalsInOrderAndWhatDocumentsCall)
+{
+    EXPECT_EQ(signalsOf<StereoData>(),
+        (QStringList{"void gainChanged(int)", "void brightnessChanged(int)", "void autoExposureChanged(bool)",
+            "void modeChanged(int)", "int countChanged(int)", "void dataFrameRateChanged(int)",
+            "void widthChanged(int)", "void heightChanged(int)", "void resetSgbm()"}));
+    EXPECT_EQ(callablesOf<StereoData>(),
+        (QStringList{"QObject* image(Image)", "bool setResolution(int)", "void control(bool)",
+            "void registerFisheyeCameras(bool)", "void setAutoExposure(bool)", "void setBrightness(int)",
+            "void setCount(int)", "void setFeFrameRate(float)", "void setFrameRate(int)", "void setGain(int)",
+            "void setMode(int)", "void setViewSize(int,int)"}));
+    EXPECT_TRUE(slotsOf<FisheyeData>().isEmpty() && signalsOf<FisheyeData>().isEmpty());
+    EXPECT_TRUE(propertiesOf<FisheyeData>().isEmpty());
 }
 
 TEST(StereoData, offersItsProperties)

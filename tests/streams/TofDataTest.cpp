@@ -348,6 +348,33 @@ TEST(TofMillimetres, everySampleIsTheDoubleQuotientNarrowed)
     millimetresToMetres(reinterpret_cast<const unsigned char *>(all.data()), all.size(), converted.data());
     for (std::size_t i = 0; i < all.size(); ++i)
         ASSERT_EQ(converted[i], float(double(all[i]) / 1000.0)) << all[i];
+    // Alone a sample goes another way than among eight.
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        float metres = 0;
+        millimetresToMetres(reinterpret_cast<const unsigned char *>(&all[i]), 1, &metres);
+        ASSERT_EQ(metres, converted[i]) << all[i];
+    }
+}
+
+TEST(TofMillimetres, anyCountAtAnyAddressStaysWithinItsBounds)
+{
+    constexpr std::size_t most = 40;
+    constexpr float untouched = -7.5F;
+    for (const std::size_t offset : {0U, 1U, 2U, 3U}) {
+        for (std::size_t count = 0; count <= most; ++count) {
+            // Nothing beyond the last sample, so that the sanitizer sees a read too many.
+            std::vector<unsigned char> bytes(offset + count * 2);
+            Metres expected, converted(count + 8, untouched);
+            for (std::size_t i = 0; i < count; ++i) {
+                const auto value = static_cast<std::int16_t>(977 * i - 20000);
+                std::memcpy(&bytes[offset + 2 * i], &value, sizeof(value));
+                expected.push_back(float(value / 1000.0));
+            }
+            expected.resize(converted.size(), untouched);
+            millimetresToMetres(bytes.data() + offset, count, converted.data());
+            ASSERT_EQ(converted, expected) << count << " samples from " << offset;
+        }
+    }
 }
 
 TEST_F(Tof, floatFramesAreSharedNotCopied)

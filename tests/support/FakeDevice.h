@@ -15,13 +15,19 @@ public:
         return infoMap;
     }
 
-    std::shared_ptr<qv::Slam> slam() override { return slamComponent; }
-    std::shared_ptr<qv::ImuSensor> imuSensor() override { return imuComponent; }
-    std::shared_ptr<qv::FisheyeCameras> fisheyeCameras() override { return fisheyeComponent; }
-    std::shared_ptr<qv::ColorCamera> colorCamera() override { return colorComponent; }
-    std::shared_ptr<qv::TofCamera> tofCamera() override { return tofComponent; }
-    std::shared_ptr<qv::Vsc> vsc() override { return vscComponent; }
-    std::shared_ptr<qv::ObjectDetector> objectDetector() override { return detectorComponent; }
+    std::shared_ptr<qv::Slam> slam() override { return asked("slam", slamComponent); }
+    std::shared_ptr<qv::ImuSensor> imuSensor() override { return asked("imuSensor", imuComponent); }
+    std::shared_ptr<qv::FisheyeCameras> fisheyeCameras() override
+    {
+        return asked("fisheyeCameras", fisheyeComponent);
+    }
+    std::shared_ptr<qv::ColorCamera> colorCamera() override { return asked("colorCamera", colorComponent); }
+    std::shared_ptr<qv::TofCamera> tofCamera() override { return asked("tofCamera", tofComponent); }
+    std::shared_ptr<qv::Vsc> vsc() override { return asked("vsc", vscComponent); }
+    std::shared_ptr<qv::ObjectDetector> objectDetector() override
+    {
+        return asked("objectDetector", detectorComponent);
+    }
 
     bool hidWriteAndRead(
         const std::vector<unsigned char> &command, std::vector<unsigned char> &result) override
@@ -44,6 +50,7 @@ public:
     std::vector<std::string> takeCalls() const { return log->take(); }
 
     std::shared_ptr<CallLog> log = std::make_shared<CallLog>();
+    CallLog asks; ///< for components, by the name of the accessor
     std::string uuid = "fake";
     std::map<std::string, std::string> infoMap;
     bool infoThrows = false;
@@ -59,13 +66,21 @@ public:
     std::vector<unsigned char> hidAnswer = std::vector<unsigned char>(63, 0);
     bool hidSucceeds = true;
     bool syncSucceeds = true;
+
+protected:
+    template <class Component>
+    Component asked(const char *name, const Component &component)
+    {
+        asks.add(name);
+        return component;
+    }
 };
 
 class FakeDevice : public BasicFakeDevice<qv::Device> { };
 
 class FakeDeviceEx : public BasicFakeDevice<qv::DeviceEx> {
 public:
-    std::shared_ptr<qv::Slam> edge() override { return edgeComponent; }
+    std::shared_ptr<qv::Slam> edge() override { return asked("edge", edgeComponent); }
     void setImuOffset(int offset) override { log->add("setImuOffset", offset); }
     void setImuMode(int mode) override { log->add("setImuMode", mode); }
     void setUvcMode(int mode) override { log->add("setUvcMode", mode); }

@@ -29,6 +29,22 @@ QStringList signalsOf()
     return methods::ofClass<Object>([](QMetaMethod::MethodType type) { return type == QMetaMethod::Signal; });
 }
 
+/// In the order of their declaration, those for the class alone marked as such.
+template <class Object>
+QStringList slotsOf()
+{
+    QStringList all;
+    const QMetaObject &meta = Object::staticMetaObject;
+    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
+        const QMetaMethod method = meta.method(i);
+        if (method.methodType() == QMetaMethod::Slot)
+            all.append((method.access() == QMetaMethod::Public ? QString() : QStringLiteral("protected "))
+                + QString::fromLatin1(method.typeName()) + QLatin1Char(' ')
+                + QString::fromLatin1(method.methodSignature()));
+    }
+    return all;
+}
+
 /// What QML can call: slots and invokable methods, sorted.
 template <class Object>
 QStringList callablesOf()
