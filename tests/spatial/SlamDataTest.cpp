@@ -429,12 +429,15 @@ TEST_F(Slam, posesAndReadersMayMeet)
 {
     data->control(true);
     std::atomic<bool> run{true};
+    std::atomic<int> poses{0};
     std::thread library([&] {
-        for (int i = 0; run; ++i)
+        for (int i = 0; run; ++i) {
             slam->deliver(at(i * 0.001, 0, 0));
+            poses.fetch_add(1, std::memory_order_relaxed);
+        }
     });
     double seen = 0;
-    for (int i = 0; i < 2000; ++i) {
+    for (int i = 0; i < 2000 || poses.load(std::memory_order_relaxed) < 2000; ++i) {
         seen += data->distance() + data->confidence() + double(data->position()->vector().x())
             + double(data->matrix()(0, 3)) + data->orientation()->yaw();
         if (i % 100 == 0)
