@@ -2,6 +2,7 @@
 
 #include "support/FakeColorCamera.h"
 #include "support/FakeTofCamera.h"
+#include "support/Timers.h"
 
 #include <QFile>
 #include <Qt3DRender/QBuffer>
@@ -112,6 +113,11 @@ void SlamDevice::deliverLine(const QString &source, int first, int count)
 {
     for (int i = first; i < first + count; ++i)
         deliver(source, 0.01 * i, 0, 0);
+}
+
+void SlamDevice::measureRate()
+{
+    fireTimers(*m_slam);
 }
 
 void SlamDevice::deliverMap(int points)

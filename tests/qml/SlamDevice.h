@@ -46,6 +46,8 @@ public:
         const QString &source, double x, double y, double z, const QVariantList &rotation);
     /// `count` poses along x, a centimetre apart, from `first` centimetres on.
     Q_INVOKABLE void deliverLine(const QString &source, int first, int count);
+    /// Has `slam` count its poses now, as at the end of a second.
+    Q_INVOKABLE void measureRate();
     Q_INVOKABLE void deliverMap(int points);
     /// A map of points as [[x, y, z], ...].
     Q_INVOKABLE void deliverPoints(const QVariantList &points);

@@ -63,7 +63,7 @@ TEST(MapData, staysRegisteredForItsLife)
         const MapData data(slam, nullptr);
         EXPECT_THAT(slam->takeCalls(), ElementsAre("registerMapCallback"));
     }
-    EXPECT_THAT(slam->takeCalls(), ElementsAre("unregisterMapCallback(1)"));
+    EXPECT_THAT(slam->takeCalls(), ElementsAre("unregisterMapCallback(41)"));
 }
 
 TEST(MapData, refusedRegistrationIsUnregisteredAsMinusOne)
@@ -90,6 +90,20 @@ TEST(MapData, pointsArePackedAndAnnouncedInOrder)
     EXPECT_EQ(data.pointCount(), 2);
     EXPECT_EQ(data.pointCloud()->size(), 2);
     EXPECT_THAT(floats(data.pointCloud()->points()), ElementsAre(1, 2, 3, -4.5F, 5, 6));
+}
+
+TEST(MapData, posesAndKeyframesFollowTheUpdateOfTheCloud)
+{
+    auto slam = std::make_shared<FakeSlam>();
+    MapData data(slam, nullptr);
+    data.setPoses({1});
+    data.setKeyframeCount(7);
+    std::vector<std::string> order;
+    QObject::connect(data.pointCloud(), &PointCloud::update, [&] { order.emplace_back("update"); });
+    QObject::connect(&data, &MapData::posesChanged, [&] { order.emplace_back("poses"); });
+    QObject::connect(&data, &MapData::keyframeCountChanged, [&] { order.emplace_back("keyframes"); });
+    slam->maps.deliver(map({{1, 2, 3}}));
+    EXPECT_THAT(order, ElementsAre("update", "poses", "keyframes"));
 }
 
 TEST(MapData, everyNumberIsNarrowedByItself)
@@ -193,4 +207,16 @@ TEST(MapData, posesStayEmptyAndKeyframesZero)
     EXPECT_EQ(data.keyframeCount(), 0);
     EXPECT_EQ(poses.count(), 2);
     EXPECT_EQ(keyframes.count(), 2);
+}
+
+TEST(MapData, callbackOnItsWayFindsTheModelGone)
+{
+    auto slam = std::make_shared<FakeSlam>();
+    auto data = std::make_unique<MapData>(slam, nullptr);
+    const auto late = slam->maps.held();
+    data.reset();
+    const auto points = map({{1, 2, 3}});
+    late.front()(points);
+    EXPECT_EQ(points.use_count(), 1); // nobody has taken it
+    EXPECT_EQ(slam->maps.count(), 0U);
 }

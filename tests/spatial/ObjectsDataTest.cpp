@@ -185,8 +185,9 @@ TEST(ObjectsData, descriptorArrivesASecondAfterTheModel)
     EXPECT_THAT(detector->calls(), ElementsAre(modelCall));
     ASSERT_TRUE(waitFor([&] { return detector->calls().size() > 1; }));
     EXPECT_GE(clock.elapsed(), 950);
-    ASSERT_TRUE(waitFor([&] { return detector->calls().size() == 3; }));
-    EXPECT_THAT(detector->calls(), ElementsAre(modelCall, "setDescriptor(/b)", "setDescriptor(/b)"));
+    ASSERT_TRUE(waitFor([&] { return detector->calls().size() == 5; }));
+    EXPECT_THAT(detector->calls(),
+        ElementsAre(modelCall, "setDescriptor(/b)", "source", "setDescriptor(/b)", "source"));
 }
 
 TEST(ObjectsData, detectorsSourceIsReadBackWhateverItAnswers)
@@ -243,6 +244,16 @@ TEST(ObjectsData, emptyDescriptorIsTheWordEmptyAndCountsAsAChangeEachTime)
     EXPECT_EQ(data.modelDescriptor(), QStringLiteral("empty"));
     ASSERT_EQ(changed.count(), 3);
     EXPECT_EQ(changed.last().first().toString(), QStringLiteral("empty"));
-    ASSERT_TRUE(waitFor([&] { return detector->calls().size() == 3; }));
-    EXPECT_EQ(detector->calls().back(), "setDescriptor(empty)");
+    ASSERT_TRUE(waitFor([&] { return detector->calls().size() == 6; }));
+    EXPECT_EQ(detector->calls()[4], "setDescriptor(empty)");
+}
+
+TEST(ObjectsData, callbackOnItsWayFindsTheModelGone)
+{
+    auto detector = std::make_shared<FakeObjectDetector>();
+    auto data = std::make_unique<ObjectsData>(detector, nullptr);
+    const auto late = detector->callbacks.held();
+    data.reset();
+    late.front()({person()});
+    EXPECT_EQ(detector->callbacks.count(), 0U);
 }

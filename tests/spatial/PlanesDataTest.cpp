@@ -43,7 +43,7 @@ TEST(PlanesData, registersStereoThenTofAndStopsAtItsEnd)
             slam->takeCalls(), ElementsAre("registerStereoPlanesCallback", "registerTofPlanesCallback"));
     }
     EXPECT_THAT(slam->takeCalls(),
-        ElementsAre("unregisterStereoPlanesCallback(1)", "unregisterTofPlanesCallback(1)", "stop"));
+        ElementsAre("unregisterStereoPlanesCallback(21)", "unregisterTofPlanesCallback(31)", "stop"));
 }
 
 TEST(PlanesData, planeBecomesColorNameAndPoints)
@@ -147,8 +147,11 @@ TEST(PlanesData, callbackOnItsWayFindsTheModelGone)
 {
     auto slam = std::make_shared<FakeSlam>();
     auto data = std::make_unique<PlanesData>(slam, nullptr);
-    const auto late = slam->tofPlanes.held();
+    const auto lateTof = slam->tofPlanes.held();
+    const auto lateStereo = slam->stereoPlanes.held();
     data.reset();
-    late.front()(planes({{"1", {}}}));
+    lateTof.front()(planes({{"1", {}}}));
+    lateStereo.front()(planes({{"1", {}}}));
     EXPECT_EQ(slam->tofPlanes.count(), 0U);
+    EXPECT_EQ(slam->stereoPlanes.count(), 0U);
 }

@@ -49,7 +49,8 @@ TEST_F(Slam, controlRegistersBeforeItStarts)
     data->control(true);
     EXPECT_THAT(slam->takeCalls(), IsEmpty());
     data->control(false);
-    EXPECT_THAT(slam->takeCalls(), ElementsAre("unregisterCallback(1)", "unregisterLostCallback(1)", "stop"));
+    EXPECT_THAT(
+        slam->takeCalls(), ElementsAre("unregisterCallback(1)", "unregisterLostCallback(11)", "stop"));
     data->control(false);
     EXPECT_THAT(slam->takeCalls(), ElementsAre("unregisterLostCallback(-1)", "stop"));
 }
@@ -102,6 +103,21 @@ TEST_F(Slam, poseReachesEveryRecordInOrder)
     EXPECT_NEAR(data->orientation()->yaw(), 90, 1e-3);
 }
 
+TEST_F(Slam, rotationOfAnotherSizeIsBroughtBackToOneInTheMatrix)
+{
+    data->control(true);
+    qv::Pose pose = turned();
+    pose.rotation = {0, 0, 2, 0, 2, 0, -2, 0, 0};
+    slam->deliver(pose);
+    // Its quaternion, w = sqrt(3) / 2 and y = 2 / sqrt(3), has the length 5 / sqrt(12): w = 0.6, y = 0.8.
+    const QMatrix4x4 matrix = data->matrix();
+    EXPECT_NEAR(matrix(0, 0), 1 - 2 * 0.64, 1e-6);
+    EXPECT_NEAR(matrix(0, 2), 2 * 0.6 * 0.8, 1e-6);
+    EXPECT_NEAR(matrix(1, 1), 1, 1e-6);
+    EXPECT_NEAR(matrix(2, 0), -2 * 0.6 * 0.8, 1e-6);
+    EXPECT_NEAR(matrix(2, 2), 1 - 2 * 0.64, 1e-6);
+}
+
 TEST_F(Slam, samePoseAgainChangesNothing)
 {
     data->control(true);
@@ -125,6 +141,16 @@ TEST_F(Slam, distanceGrowsInStepsOfMoreThanTwoCentimetres)
     EXPECT_NEAR(data->distance(), 0.03, 1e-6);
     slam->deliver(at(1.045, 0, 0));
     EXPECT_EQ(changed.count(), 1);
+}
+
+TEST_F(Slam, stepJustAboveTwoCentimetresCountsAndOneJustBelowDoesNot)
+{
+    data->control(true);
+    slam->deliver(at(1, 0, 0));
+    slam->deliver(at(1.0195, 0, 0));
+    EXPECT_EQ(data->distance(), 0);
+    slam->deliver(at(1.0205, 0, 0));
+    EXPECT_NEAR(data->distance(), 0.0205, 1e-6);
 }
 
 TEST_F(Slam, anchorIsSetByTheFirstPoseAwayFromTheOrigin)
@@ -194,6 +220,32 @@ TEST_F(Slam, overrateIsHandledOnEveryPoseWhileTheRateIsAboveSixHundred)
     fireTimers(*data);
     slam->deliver(at(0, 0, 0));
     EXPECT_THAT(slam->takeCalls(), IsEmpty());
+}
+
+TEST_F(Slam, overrateIsHandledBeforeThePoseIsShown)
+{
+    data->control(true);
+    for (int i = 0; i < 601; ++i)
+        slam->deliver(at(0, 0, 0));
+    fireTimers(*data);
+    slam->takeCalls();
+    QObject::connect(data->position(), &PositionData::vectorChanged, [&] { slam->log->add("position"); });
+    slam->deliver(at(1, 0, 0));
+    EXPECT_THAT(slam->takeCalls(), ElementsAre("handleOverrate", "position"));
+}
+
+TEST_F(Slam, enabledIsStoredAndAnnouncedBeforeTheStreamStartsOrStops)
+{
+    QObject::connect(data.get(), &SlamData::enabledChanged,
+        [&](bool enabled) { slam->log->add("enabledChanged", enabled, data->enabled()); });
+    data->setEnabled(false);
+    EXPECT_THAT(slam->takeCalls(), IsEmpty());
+    data->setEnabled(true);
+    EXPECT_THAT(slam->takeCalls(), ElementsAre("enabledChanged(true, true)", "start"));
+    data->setEnabled(true);
+    EXPECT_THAT(slam->takeCalls(), IsEmpty());
+    data->setEnabled(false);
+    EXPECT_THAT(slam->takeCalls(), ElementsAre("enabledChanged(false, false)", "stop"));
 }
 
 TEST_F(Slam, enabledStartsAndStopsWithoutCallbacks)
@@ -377,16 +429,21 @@ TEST_F(Slam, posesAndReadersMayMeet)
 {
     data->control(true);
     std::atomic<bool> run{true};
+    std::atomic<int> poses{0};
     std::thread library([&] {
-        for (int i = 0; run; ++i)
+        for (int i = 0; run; ++i) {
             slam->deliver(at(i * 0.001, 0, 0));
+            poses.fetch_add(1, std::memory_order_relaxed);
+        }
     });
     double seen = 0;
-    for (int i = 0; i < 2000; ++i) {
+    for (int i = 0; i < 2000 || poses.load(std::memory_order_relaxed) < 2000; ++i) {
         seen += data->distance() + data->confidence() + double(data->position()->vector().x())
             + double(data->matrix()(0, 3)) + data->orientation()->yaw();
         if (i % 100 == 0)
             data->reset();
+        if (i % 100 == 50)
+            seen += fireTimers(*data) + data->dataFrameRate();
     }
     run = false;
     library.join();

@@ -141,8 +141,11 @@ TEST_F(SlamMap, saveThatEndsAfterTheModelStillHasItsFile)
     data->loopClosure();
     data.reset();
     EXPECT_EQ(slam->saveStream->sputn("late", 4), 4);
+    const LogCatcher log;
+    slam->saveProgress(0.5F);
     slam->saveDone(0, 0);
     EXPECT_EQ(bytesOf(map()), QByteArray("late"));
+    EXPECT_EQ(log.lines(), QStringList()); // it tells nobody
 }
 
 TEST_F(SlamMap, loadWithoutAFileFails)
@@ -246,6 +249,19 @@ TEST_F(SlamMap, refusedLoadFailsWithoutAWordAndIsNotRepeatedByAReset)
     EXPECT_THAT(slam->takeCalls(), ElementsAre("reset"));
 }
 
+TEST_F(SlamMap, refusedLoadLeavesTheMapOfTheLastOneToAReset)
+{
+    writeMap("bytes");
+    ASSERT_TRUE(data->loadMap());
+    slam->loadDone(0);
+    slam->takeCalls();
+    slam->loadResult = false;
+    data->reset();
+    EXPECT_THAT(slam->takeCalls(), ElementsAre("reset", "loadMapAndSwitchToCslam"));
+    data->reset();
+    EXPECT_THAT(slam->takeCalls(), ElementsAre("reset", "loadMapAndSwitchToCslam"));
+}
+
 TEST_F(SlamMap, nextTryAfterARefusalWorksWithoutACompletion)
 {
     writeMap("bytes");
@@ -340,6 +356,18 @@ TEST_F(SlamMap, progressThatIsTakenIsLoggedAlsoWhereThePercentStays)
     const QString line = QStringLiteral("debug: localized:  42 %");
     EXPECT_EQ(log.lines(), (QStringList{line, line}));
     EXPECT_EQ(changed.count(), 0);
+    slam->loadDone(0);
+}
+
+TEST_F(SlamMap, progressOnItsWayFindsTheModelGone)
+{
+    writeMap("bytes");
+    ASSERT_TRUE(data->loadMap());
+    data.reset();
+    const LogCatcher log;
+    for (int i = 0; i < 100; ++i)
+        slam->loadProgress(0.42F);
+    EXPECT_EQ(log.lines(), QStringList());
     slam->loadDone(0);
 }
 

@@ -13,13 +13,19 @@ class FakeCallbacks {
 public:
     using Callback = std::function<void(Arguments...)>;
 
+    /// Ids count up from the first one; kinds that start apart can't be taken for each other.
+    explicit FakeCallbacks(int firstId = 1)
+        : m_nextId(firstId)
+    {
+    }
+
     int add(Callback callback)
     {
         const std::lock_guard lock(m_mutex);
         if (refuses)
             return -1;
-        m_callbacks[++m_lastId] = std::move(callback);
-        return m_lastId;
+        m_callbacks[m_nextId] = std::move(callback);
+        return m_nextId++;
     }
 
     bool remove(int id)
@@ -52,5 +58,5 @@ public:
 private:
     mutable std::mutex m_mutex;
     std::map<int, Callback> m_callbacks;
-    int m_lastId = 0;
+    int m_nextId;
 };

@@ -20,7 +20,11 @@ public:
         log->add("setSource", source);
         return setSourceResult;
     }
-    int source() override { return sourceResult; }
+    int source() override
+    {
+        log->add("source");
+        return sourceResult;
+    }
 
     bool descriptorResult = true;
     bool modelResult = true;

@@ -68,10 +68,10 @@ public:
         return answer(true, "saveMapAndSwitchToCslam");
     }
 
-    FakeCallbacks<> lost;
-    FakeCallbacks<Planes> stereoPlanes;
-    FakeCallbacks<Planes> tofPlanes;
-    FakeCallbacks<std::shared_ptr<const qv::SlamMap>> maps;
+    FakeCallbacks<> lost{11};
+    FakeCallbacks<Planes> stereoPlanes{21};
+    FakeCallbacks<Planes> tofPlanes{31};
+    FakeCallbacks<std::shared_ptr<const qv::SlamMap>> maps{41};
     bool pauseResult = true;
     bool resumeResult = true;
     bool clearResult = true;

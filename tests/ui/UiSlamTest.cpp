@@ -1,4 +1,4 @@
-#include "ui/Space.h"
+#include "ui/Frustum.h"
 
 #include <QElapsedTimer>
 #include <QJsonArray>
@@ -64,60 +64,9 @@ void setPlanes(bool on)
     setDrawer(false);
 }
 
-/// From a metre behind the device, along its own axis; the world's y points down.
-Projection behind(const qv::Pose &pose, const QRectF &area)
-{
-    const QRectF whole = sceneArea();
-    return {
-        mapped(pose, {0, 0, -1}), vector(pose.translation), {0, -1, 0}, whole.width() / whole.height(), area};
-}
-
 double aspectOf(const char *selector)
 {
     return cameraOf(selector)->property("aspectRatio").toDouble();
-}
-
-/// Where the frustum's corners and the device's origin are seen.
-QRectF frustumIn(const Projection &projection, const qv::Pose &pose)
-{
-    QPolygonF corners;
-    for (const QVector3D &corner : {QVector3D(0.12F, 0.1F, 0.1F), QVector3D(-0.12F, 0.1F, 0.1F),
-             QVector3D(-0.12F, -0.1F, 0.1F), QVector3D(0.12F, -0.1F, 0.1F), QVector3D()})
-        corners << projection.unbounded(mapped(pose, corner)).value_or(QPointF(-1e6, -1e6));
-    return corners.boundingRect();
-}
-
-bool agree(const QRectF &expected, const QRectF &seen, double pixels)
-{
-    return !seen.isEmpty() && qAbs(expected.left() - seen.left()) <= pixels
-        && qAbs(expected.right() - seen.right()) <= pixels && qAbs(expected.top() - seen.top()) <= pixels
-        && qAbs(expected.bottom() - seen.bottom()) <= pixels;
-}
-
-std::string told(const QRectF &r)
-{
-    return QStringLiteral("%1,%2 to %3,%4")
-        .arg(r.left())
-        .arg(r.top())
-        .arg(r.right())
-        .arg(r.bottom())
-        .toStdString();
-}
-
-/// Waits until what is yellow, with the path cleared, is the frustum where it belongs.
-::testing::AssertionResult showsFrustum(const Projection &projection, const qv::Pose &pose)
-{
-    const QRectF expected = frustumIn(projection, pose);
-    QRectF seen;
-    const bool shown = waitFor(
-        [&] {
-            seen = extent(sceneImage(), isYellow);
-            return agree(expected, seen, 3);
-        },
-        minute);
-    if (shown)
-        return ::testing::AssertionSuccess();
-    return ::testing::AssertionFailure() << "it is at " << told(seen) << ", not " << told(expected);
 }
 
 std::vector<QVector3D> mapPoints()
@@ -248,6 +197,47 @@ void onlyDevice()
 {
     setBox(slamItem("mapCheckbox"), false);
     setPlanes(false);
+}
+
+QVector3D lens(const char *property)
+{
+    return cameraOf("viewCam")->property(property).value<QVector3D>();
+}
+
+/// The main picture from wherever its camera is now.
+Projection seenByLens()
+{
+    const QRectF whole = sceneArea();
+    return {lens("position"), lens("viewCenter"), lens("upVector"), whole.width() / whole.height(), whole};
+}
+
+/// Drags over the scene until its camera has moved by a tenth of a metre; where that comes to rest.
+QVector3D drag(Qt::MouseButton button)
+{
+    const QVector3D before = lens("position");
+    QQuickItem *area = slamItem("sceneArea");
+    const QPoint from = area->mapToScene({area->width() * 0.6, area->height() * 0.6}).toPoint();
+    QTest::mousePress(WindowDriver::window(), button, Qt::NoModifier, from);
+    // The camera moves by the frame while the button is down.
+    int step = 0;
+    waitFor(
+        [&] {
+            step = (step + 1) % 20;
+            QTest::mouseMove(WindowDriver::window(), from + QPoint(3 * step, 2 * step), 20);
+            return lens("position").distanceToPoint(before) > 0.1F;
+        },
+        minute);
+    QTest::mouseRelease(WindowDriver::window(), button, Qt::NoModifier, from);
+    // It may go on by a frame.
+    QVector3D last = lens("position");
+    QElapsedTimer rest;
+    rest.start();
+    waitFor([&] {
+        if (std::exchange(last, lens("position")) != last)
+            rest.start();
+        return rest.elapsed() > 300;
+    });
+    return last;
 }
 
 std::unique_ptr<PoseTap> tap;
@@ -450,43 +440,22 @@ TEST(Slam, theFreeCameraGoesWhereItIsDraggedAndBack)
 {
     const qv::Pose pose = hold(*tap);
     clearPath();
-    QObject *lens = cameraOf("viewCam");
     setBox(slamItem("freeViewCheckBox"), true);
     EXPECT_TRUE(showsFrustum(behind(pose, sceneArea()), pose));
-    const auto place = [&] { return lens->property("position").value<QVector3D>(); };
-    const QVector3D before = place();
-    QQuickItem *area = slamItem("sceneArea");
-    const QPointF middle(area->width() * 0.6, area->height() * 0.6);
-    const auto draggedProjection = [&] {
-        const QRectF whole = sceneArea();
-        return Projection(place(), lens->property("viewCenter").value<QVector3D>(),
-            lens->property("upVector").value<QVector3D>(), whole.width() / whole.height(), whole);
-    };
-    const QPoint from = area->mapToScene(middle).toPoint();
-    // The camera moves by the frame while the button is down.
-    QTest::mousePress(WindowDriver::window(), Qt::RightButton, Qt::NoModifier, from);
-    int step = 0;
-    EXPECT_TRUE(waitFor(
-        [&] {
-            step = (step + 1) % 20;
-            QTest::mouseMove(WindowDriver::window(), from + QPoint(3 * step, 2 * step), 20);
-            return place().distanceToPoint(before) > 0.1F;
-        },
-        minute));
-    QTest::mouseRelease(WindowDriver::window(), Qt::RightButton, Qt::NoModifier, from);
-    // It may go on by a frame.
-    QVector3D dragged = place();
-    QElapsedTimer rest;
-    rest.start();
-    waitFor([&] {
-        if (std::exchange(dragged, place()) != dragged)
-            rest.start();
-        return rest.elapsed() > 300;
-    });
-    EXPECT_TRUE(showsFrustum(draggedProjection(), pose));
+    const QVector3D centre = lens("viewCenter");
+    const QVector3D start = lens("position");
+    // The right button leads it around what it looks at, the left one takes that along.
+    const QVector3D turned = drag(Qt::RightButton);
+    EXPECT_GT(turned.distanceToPoint(start), 0.1F);
+    EXPECT_LT(lens("viewCenter").distanceToPoint(centre), 0.001F);
+    EXPECT_TRUE(showsFrustum(seenByLens(), pose));
+    const QVector3D dragged = drag(Qt::LeftButton);
+    EXPECT_GT(dragged.distanceToPoint(turned), 0.1F);
+    EXPECT_LT((lens("viewCenter") - centre).distanceToPoint(dragged - turned), 0.001F);
+    EXPECT_TRUE(showsFrustum(seenByLens(), pose));
     release();
     ASSERT_TRUE(moves(*tap, pose, 0.1F));
-    EXPECT_EQ(place(), dragged); // it stays where it was put
+    EXPECT_EQ(lens("position"), dragged); // it stays where it was put
     setBox(slamItem("freeViewCheckBox"), false);
     const qv::Pose later = hold(*tap);
     clearPath();

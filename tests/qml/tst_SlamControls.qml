@@ -1,0 +1,101 @@
+import QtQuick 2.13
+import QtQuick.Controls 2.13
+import QtTest 1.13
+
+Item {
+    id: window
+
+    property bool isHeaderHovered: false
+    property bool advanced: true
+
+    width: 1000
+    height: 700
+
+    QtObject {
+        id: uuidSelector
+        property int count: 1
+        property int currentIndex: 0
+    }
+
+    SlamCase {
+        id: testCase
+
+        name: "SlamControls"
+
+        function lines(text) { return messages.lines().filter(function(line) { return line.indexOf(text) >= 0 }).length }
+
+        // The tool tips ask a device for the map's path that isn't there.
+        function switchOff() {
+            view.camera = null
+            expectWarning(/SlamView\.qml:\d+: TypeError: .*slam.*/)
+        }
+
+        function state() {
+            return [item("modeLabel").text, item("loopClosureButton").text, item("loopClosureButton").enabled,
+                    item("loadButton").enabled, item("loopClosureIndicator").running]
+        }
+
+        function test_aSaveThatEndsWhileSlamIsOffGivesItsControlsBack_data() {
+            return [
+                { tag: "while off", before: true },
+                { tag: "after it is on again", before: false }
+            ]
+        }
+
+        function test_aSaveThatEndsWhileSlamIsOffGivesItsControlsBack(row) {
+            open()
+            mouseClick(item("loopClosureButton"))
+            compare(state(), ["Loop Closure", "Create map", false, false, true])
+            compare(device.takeCalls(), ["slam.saveMapAndSwitchToCslam"])
+            switchOff()
+            compare(item("loopClosureIndicator").running, false)
+            if (row.before)
+                device.finishSave(2, 0)
+            view.camera = device
+            compare(state(), ["Loop Closure", "Create map", true, false, false])
+            if (!row.before)
+                device.finishSave(2, 0)
+            mouseClick(item("loopClosureButton"))
+            compare(device.takeCalls(), ["slam.stop", "slam.start"])
+            compare(state(), ["Visual Odometry", "Save map", true, true, false])
+        }
+
+        function test_theRateIsGuardedAboveSixHundred_data() {
+            return [{ tag: "600", poses: 600, restarts: 0 }, { tag: "601", poses: 601, restarts: 1 }]
+        }
+
+        function test_theRateIsGuardedAboveSixHundred(row) {
+            open()
+            device.deliverLine("slam", 1, row.poses)
+            device.measureRate()
+            compare(device.slam.dataFrameRate, row.poses)
+            compare(item("fpsLabel").text, "[SLAM]  @" + row.poses + "fps")
+            compare(lines("dataframe too big"), row.restarts)
+            compare(device.takeCalls().filter(function(call) { return call === "slam.start" }).length, row.restarts)
+        }
+
+        function test_theModeLosesItsCaptionInANarrowView_data() {
+            return [
+                { tag: "host, 459", source: "slamSourceButton", name: "modeCaption", width: 459, shown: false },
+                { tag: "host, 460", source: "slamSourceButton", name: "modeCaption", width: 460, shown: true },
+                { tag: "edge, 459", source: "edgeSourceButton", name: "edgeModeCaption", width: 459, shown: false },
+                { tag: "edge, 460", source: "edgeSourceButton", name: "edgeModeCaption", width: 460, shown: true }
+            ]
+        }
+
+        function test_theModeLosesItsCaptionInANarrowView(row) {
+            open()
+            item(row.source).checked = true
+            const caption = item(row.name)
+            compare(caption.text, "SLAM mode:")
+            compare(caption.visible, true)
+            view.width = row.width
+            compare(view.hasRoomForCaptions, row.shown)
+            compare(caption.visible, row.shown)
+            compare(item(row.source === "slamSourceButton" ? "modeLabel" : "edgeModeLabel").visible, true)
+            // Whichever it is, the row fits.
+            waitForRendering(view)
+            verify(caption.parent.width <= row.width, caption.parent.width)
+        }
+    }
+}
