@@ -10,6 +10,12 @@ ToolBar {
 
     signal quit()
 
+    Shortcut {
+        sequence: StandardKey.Cancel
+        enabled: control.visible
+        onActivated: control.quit()
+    }
+
     background: Rectangle {
         implicitHeight: 40
         gradient: Gradient {
