@@ -90,12 +90,13 @@ Item {
     // Presets
 
     /// Moves the controls to the given values, in the order of the presets' table; their handlers reach the device.
-    /// What a damaged or foreign store holds beyond a control's entries leaves that control as it is.
+    /// What a damaged or foreign store holds beyond a control's entries, or where it holds an empty text for a number,
+    /// leaves that control as it is.
     function setAllSettings(values) {
         presetControls.forEach(function(entry, i) {
             const control = entry[0]
             const property = entry[1]
-            const value = property === "checked" ? !!values[i] : Number(values[i])
+            const value = property === "checked" ? !!values[i] : values[i] === "" ? NaN : Number(values[i])
             const fits = property !== "currentIndex" || (value >= -1 && value < control.count)
             if (control[property] !== value && !isNaN(value) && fits)
                 control[property] = value

@@ -26,5 +26,7 @@ ToolButton {
     ToolTip {
         id: toolTip
         objectName: "toolTip"
+        // Escape is the dialog's.
+        closePolicy: Popup.NoAutoClose
     }
 }

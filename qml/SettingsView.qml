@@ -27,6 +27,7 @@ Page {
 
     Platform.FileDialog {
         id: fileDialog
+        objectName: "fileDialog"
         folder: tools.fileExists(cnnModelDescriptor.model)
                 ? tools.folderUrl(cnnModelDescriptor.model)
                 : Platform.StandardPaths.writableLocation(Platform.StandardPaths.DocumentsLocation)

@@ -85,6 +85,8 @@ Rectangle {
     Component.onCompleted: {
         TranslateController.loadLanguage(mainSettings.currentLanguageIndex)
         follow(listener.cameras)
+        // Escape would close the tip over the button that opened a dialog, and leave the dialog.
+        ToolTip.toolTip.closePolicy = Popup.NoAutoClose
     }
 
     Settings {

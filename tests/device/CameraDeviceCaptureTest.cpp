@@ -6,6 +6,8 @@
 #include "support/Pictures.h"
 
 #include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QImage>
 #include <QTemporaryDir>
 #include <QTest>
@@ -68,6 +70,12 @@ int framesIn(const QString &path)
     for (cv::Mat frame; video.read(frame);)
         ++count;
     return count;
+}
+
+QList<QByteArray> linesOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll().split('\n') : QList<QByteArray>();
 }
 
 /// The time names the folder: the next second has one of its own.
@@ -324,29 +332,66 @@ TEST_F(Capture, fullDiskIsReportedAndLosesNothingElse)
     EXPECT_EQ(QImage(m_path + QStringLiteral("/left.png")).size(), QSize(640, 400));
 }
 
-TEST_F(Capture, recordingGoesOnOverAFullDisk)
+TEST_F(Capture, videoRecordingGoesOnOverAFullDisk)
 {
     m_camera.stereo()->control(true);
     m_full.fisheyes->deliver(pictures::fisheyes({noise(1), noise(2)}));
+    auto *const left = qobject_cast<AbstractImageData *>(m_camera.stereo()->image(StereoData::Left));
+    const QSignalSpy shown(left->image(), &ImageData::update);
+    QString path;
     {
         const FullDisk disk(100000);
-        EXPECT_FALSE(m_camera.setRecording(true).isEmpty());
+        path = m_camera.setRecording(true);
+        EXPECT_FALSE(path.isEmpty());
         for (unsigned i = 0; i < 60; ++i)
             m_full.fisheyes->deliver(pictures::fisheyes({noise(i), noise(i + 1)}));
-        m_camera.slam()->control(true);
-        m_camera.setRecordingSlam(true);
-        for (int i = 0; i < 5000; ++i)
-            m_full.slam->deliver(qv::Pose());
-        m_camera.setRecordingSlam(false);
         m_camera.setRecording(false);
     }
-    EXPECT_EQ(m_camera.stereo()->count(), 2);
+    EXPECT_EQ(shown.count(), 60) << "the view has every frame";
+    EXPECT_LE(QFileInfo(path + QStringLiteral("/left.avi")).size(), 100000);
     awaitNextSecond();
-    const QString path = m_camera.setRecording(true);
+    path = m_camera.setRecording(true);
     for (unsigned i = 0; i < 5; ++i)
         m_full.fisheyes->deliver(pictures::fisheyes({noise(i), noise(i + 1)}));
     m_camera.setRecording(false);
     EXPECT_EQ(framesIn(path + QStringLiteral("/left.avi")), 5);
+}
+
+TEST_F(Capture, poseRecordingGoesOnOverAFullDisk)
+{
+    constexpr int limit = 100000;
+    m_camera.slam()->control(true);
+    const QSignalSpy moved(m_camera.slam(), &SlamData::matrixChanged);
+    const auto deliver = [this](int count) {
+        qv::Pose pose;
+        for (int i = 1; i <= count; ++i) {
+            pose.translation = {0.001 * i, 0, 0};
+            m_full.slam->deliver(pose);
+        }
+    };
+    QString path;
+    {
+        const FullDisk disk(limit);
+        path = m_camera.setRecordingSlam(true);
+        EXPECT_FALSE(path.isEmpty());
+        deliver(5000);
+        m_camera.setRecordingSlam(false);
+    }
+    EXPECT_EQ(moved.count(), 5000) << "the view has every pose";
+    const QList<QByteArray> kept = linesOf(path + QStringLiteral("/host.csv"));
+    EXPECT_LE(QFileInfo(path + QStringLiteral("/host.csv")).size(), limit);
+    EXPECT_GT(kept.size(), 1000) << "what had room is there";
+    awaitNextSecond();
+    path = m_camera.setRecordingSlam(true);
+    deliver(7);
+    m_camera.setRecordingSlam(false);
+    const QList<QByteArray> lines = linesOf(path + QStringLiteral("/host.csv"));
+    ASSERT_EQ(lines.size(), 9) << "names, poses, and nothing behind the last line's end";
+    EXPECT_EQ(lines.first(), QByteArray("hostTimestamp,edgeTimestampUs,x,y,z,qx,qy,qz,qw,confidence"));
+    for (int i = 1; i <= 7; ++i)
+        EXPECT_EQ(lines[i].count(','), 10) << lines[i].toStdString();
+    EXPECT_EQ(lines.last(), QByteArray());
+    EXPECT_EQ(linesOf(path + QStringLiteral("/edge.csv")).size(), 2);
 }
 
 TEST_F(Capture, recordingIsPlayableWhenTheDeviceGoes)

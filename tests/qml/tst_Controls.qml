@@ -60,18 +60,22 @@ Item {
             compare(item.contentItem.text, "off")
             compare([item.indicator.width, item.indicator.height], [48 * 0.4, 26 * 0.4])
             compare([item.onText, item.offText, item.checked], ["on", "off", false])
-            verify(item.indicator.radius > 0)
+            compare(item.indicator.radius, 13)
             verify(Qt.colorEqual(item.indicator.color, "transparent"))
             verify(Qt.colorEqual(item.indicator.border.color, "#F56C6C"))
             verify(Qt.colorEqual(item.contentItem.color, "#F56C6C"))
             var knob = find(item, "knob")
             compare(knob.x, 0)
-            compare([knob.width, knob.height], [26 * 0.4, 26 * 0.4])
+            compare([knob.width, knob.height, knob.radius], [26 * 0.4, 26 * 0.4, 13 * 0.4])
+            verify(Qt.colorEqual(knob.color, "transparent"))
+            verify(Qt.colorEqual(knob.border.color, "#F56C6C"))
             mouseClick(item)
             compare(item.contentItem.text, "on")
             verify(Qt.colorEqual(item.indicator.color, "#409EFF"))
             verify(Qt.colorEqual(item.contentItem.color, "#409EFF"))
+            verify(Qt.colorEqual(item.indicator.border.color, "transparent"))
             verify(Qt.colorEqual(knob.color, "#3E4D59"))
+            verify(Qt.colorEqual(knob.border.color, "#409EFF"))
             compare(knob.x, 48 * 0.4 - 26 * 0.4)
             compare(item.contentItem.leftPadding, item.indicator.width + item.spacing)
         }
@@ -99,6 +103,31 @@ Item {
             compare([item.checked, indicator.rotation], [true, 0])
             mouseClick(item, item.width - 2, 2)
             compare(item.checked, false)
+        }
+
+        function test_labelStandsCloseToItsSign() {
+            // Upright, so that the sign's right edge is on the right.
+            var item = make(customLabel, { checked: true })
+            var indicator = find(item, "dropIndicator")
+            compare(String(indicator.source),
+                    "qrc:/qt-project.org/imports/QtQuick/Controls.2/Material/images/drop-indicator.png")
+            verify(indicator.width > 5)
+            verify(Qt.colorEqual(indicator.color, "white"))
+            var words = textIn(item, "Stereo")
+            verify(Qt.colorEqual(words.color, "white"))
+            compare(words.mapToItem(item, 0, 0).x, indicator.mapToItem(item, indicator.width, 0).x - 5)
+            compare(words.mapToItem(item, 0, 0).y, 2)
+        }
+
+        // The text item with these words below `item`.
+        function textIn(item, text) {
+            for (var i = 0; i < item.children.length; ++i) {
+                var child = item.children[i]
+                var found = child.text === text && child.paintedWidth !== undefined ? child : textIn(child, text)
+                if (found)
+                    return found
+            }
+            return null
         }
 
         function test_labelLightsUnderTheMouse() {
@@ -157,17 +186,40 @@ Item {
             var item = boxOf(data)
             compare([item.scale, item.rScale, item.isClosed, item.isListModel], [0.8, 0.8, false, false])
             verify(Qt.colorEqual(item.background.color, "#090B0D"))
+            compare([item.background.implicitWidth, item.background.implicitHeight], [120, 40])
+            compare([item.indicator.width, item.indicator.height], [0, 0])
             item.popup.open()
             tryVerify(opened(item))
             verify(Qt.colorEqual(item.popup.background.color, "#090B0D"))
+            compare([item.popup.padding, item.popup.width, item.popup.y], [1, item.width * 0.8, item.height - 5])
             var entries = [0, 1].map(function(i) { return item.popup.contentItem.itemAtIndex(i) })
-            entries.forEach(function(entry) { verify(Qt.colorEqual(entry.contentItem.color, "white")) })
+            entries.forEach(function(entry) {
+                verify(Qt.colorEqual(entry.contentItem.color, "white"))
+                compare([entry.contentItem.scale, entry.contentItem.elide, entry.width],
+                        [0.8, Text.ElideRight, item.width * 0.8])
+            })
             verify(Qt.colorEqual(entries[0].background.color, "#3E4D59"))
             verify(Qt.colorEqual(entries[1].background.color, "#090B0D"))
             entries[1].down = true
             verify(Qt.colorEqual(entries[1].background.color, "#242C33"))
             item.popup.close()
             tryVerify(closed(item))
+        }
+
+        function test_borderIsThickerUnderVisualFocus_data() {
+            return both()
+        }
+
+        function test_borderIsThickerUnderVisualFocus(data) {
+            var item = boxOf(data)
+            item.focus = false
+            compare([item.visualFocus, item.background.border.width], [false, 1])
+            item.forceActiveFocus(Qt.MouseFocusReason)
+            compare([item.visualFocus, item.background.border.width], [false, 1])
+            item.focus = false
+            item.forceActiveFocus(Qt.TabFocusReason)
+            compare([item.visualFocus, item.background.border.width], [true, 2])
+            item.focus = false
         }
 
         function test_arrowBoxLightsUnderTheMouse_data() {
@@ -192,6 +244,7 @@ Item {
             verify(Qt.colorEqual(item.contentItem.color, "white"))
             compare([item.contentItem.horizontalAlignment, item.contentItem.verticalAlignment],
                     [Text.AlignHCenter, Text.AlignVCenter])
+            compare(item.contentItem.leftPadding, 5)
         }
 
         function test_escapeDoesNotSwallowTheNextClick_data() {
@@ -281,7 +334,11 @@ Item {
             keyClick(Qt.Key_N)
             compare(allSettingsCombobox.contTxt.text, "n")
             allSettingsCombobox.currentIndex = 0
-            compare(input.selectByMouse, true)
+            compare([input.selectByMouse, input.leftPadding], [true, 5])
+            verify(Qt.colorEqual(input.color, "white"))
+            compare(input.font, allSettingsCombobox.font)
+            verify(allSettingsCombobox.contentItem.clip)
+            verify(Qt.colorEqual(allSettingsCombobox.contentItem.color, "transparent"))
         }
 
         function test_editableBoxListsItsEntries() {

@@ -135,6 +135,49 @@ Item {
             compare(dialog.visible, false)
         }
 
+        function test_escapeClosesTheOpenDialog_data() {
+            return test_dialogsOpenAndClose_data()
+        }
+
+        function test_escapeClosesTheOpenDialog(data) {
+            var dialog = make(data.component)
+            var closed = make(data.component)
+            dialog.open()
+            waitForRendering(dialog)
+            keyClick(Qt.Key_Escape)
+            compare(dialog.visible, false)
+            // One that isn't open has no ear for the key, and the other one opens again.
+            compare(closed.visible, false)
+            dialog.open()
+            compare(dialog.visible, true)
+            keyClick(Qt.Key_Escape)
+            compare(dialog.visible, false)
+        }
+
+        function test_escapeClosesTheListOfKindsBeforeTheDialog() {
+            var dialog = make(calibrationDialog)
+            dialog.infos = infos
+            dialog.open()
+            waitForRendering(dialog)
+            var box = find(dialog, "calib")
+            mouseClick(box)
+            tryVerify(function() { return box.popup.opened })
+            keyClick(Qt.Key_Escape)
+            tryVerify(function() { return !box.popup.visible })
+            compare(dialog.visible, true)
+            keyClick(Qt.Key_Escape)
+            compare(dialog.visible, false)
+        }
+
+        function test_escapeLeavesTheSettings() {
+            var view = make(settingsView)
+            waitForRendering(view)
+            var quit = createTemporaryQmlObject("import QtTest 1.13; SignalSpy { signalName: 'quit' }", window)
+            quit.target = view
+            keyClick(Qt.Key_Escape)
+            compare(quit.count, 1)
+        }
+
         function test_infoListsVersionsTextsAndFeatures() {
             var dialog = openInfo(infos)
             compare(texts(find(dialog, "layout")), [

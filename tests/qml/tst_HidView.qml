@@ -113,13 +113,134 @@ Item {
             verify(!find(view, "timer").running)
         }
 
-        function test_boxesHaveTheirShare() {
+        // The frame around one of the editors.
+        function boxOf(edit) {
+            var item = edit.parent
+            while (item && item.border === undefined)
+                item = item.parent
+            verify(item)
+            return item
+        }
+
+        function both() {
+            return [{ tag: "editReceive" }, { tag: "editSend" }]
+        }
+
+        function lines(count) {
+            var text = ""
+            for (var i = 0; i < count; ++i)
+                text += "line " + i + "\n"
+            return text
+        }
+
+        function test_viewIsASixHundredHighWindow() {
             compare(view.height, 600)
             verify(view.clip)
+        }
+
+        function test_boxesHaveTheirShare_data() {
+            return both()
+        }
+
+        function test_boxesHaveTheirShare(data) {
+            var box = boxOf(find(view, data.tag))
+            // A twentieth of the height is the margin; the layout has the rest of the width.
+            compare(box.mapToItem(view, 0, 0).x, 30)
+            compare([box.width, box.height], [0.9 * (400 - 30), 200])
+            verify(Qt.colorEqual(box.color, "#3E4D59"))
+            verify(Qt.colorEqual(box.border.color, "#d7cfcf"))
+        }
+
+        function test_editorsWrapWhiteText_data() {
+            return both()
+        }
+
+        function test_editorsWrapWhiteText(data) {
+            var edit = find(view, data.tag)
+            verify(Qt.colorEqual(edit.color, "white"))
+            compare([edit.selectByMouse, edit.readOnly], [true, false])
+            var box = boxOf(edit)
+            // With blanks to break at, and without any.
+            edit.text = "02 fe 55 04 ".repeat(20)
+            verify(edit.lineCount > 2)
+            verify(edit.contentWidth <= box.width)
+            edit.text = "02fe5504".repeat(20)
+            verify(edit.lineCount > 2)
+            verify(edit.contentWidth <= box.width)
+        }
+
+        function test_receivedTextCanBeErasedByHand() {
+            mouseClick(find(view, "sendButton"))
+            var edit = find(view, "editReceive")
+            mouseClick(edit)
+            compare(edit.activeFocus, true)
+            edit.selectAll()
+            keyClick(Qt.Key_Delete)
+            compare(received(), "")
+        }
+
+        function test_receivedTextScrollsWithoutAHorizontalBar() {
+            var edit = find(view, "editReceive")
+            var scroller = edit.parent
+            while (scroller.contentChildren === undefined || scroller.ScrollBar.horizontal === null)
+                scroller = scroller.parent
+            edit.text = "0".repeat(500)
+            compare(scroller.ScrollBar.horizontal.policy, ScrollBar.AlwaysOff)
+            verify(!scroller.ScrollBar.horizontal.visible)
+            edit.text = lines(60)
+            verify(edit.height > 2 * scroller.height)
+            tryVerify(function() { return scroller.ScrollBar.vertical.size < 0.5 })
+        }
+
+        function test_theCommandHasTheFocusAtTheStart() {
             var edit = find(view, "editSend")
-            compare(edit.selectByMouse, true)
-            compare(find(view, "editReceive").selectByMouse, true)
-            compare(find(view, "editReceive").readOnly, false)
+            verify(edit.focus)
+            verify(edit.activeFocus)
+            keyClick("a")
+            keyClick("b")
+            compare(edit.text, "ab")
+        }
+
+        function test_theCursorStaysInView() {
+            var edit = find(view, "editSend")
+            var flick = edit.parent.parent
+            verify(flick.clip)
+            edit.text = lines(60)
+            edit.cursorPosition = edit.length
+            var cursor = edit.cursorRectangle
+            verify(cursor.y > 2 * flick.height)
+            verify(flick.contentY > 0)
+            verify(cursor.y >= flick.contentY && cursor.y + cursor.height <= flick.contentY + flick.height)
+            edit.cursorPosition = 0
+            compare(flick.contentY, 0)
+        }
+
+        function test_wordsAndButtonsStandInTheirOrder() {
+            mouseClick(find(view, "repeatSend"))
+            var words = labels(view.contentItem, [])
+            compare(words.map(function(item) { return item.text }),
+                    ["Received Data", "Clear", "Glass Log", "Send Data", "Send", "Repeat Send", "ms"])
+            ;[0, 3, 6].forEach(function(i) { verify(Qt.colorEqual(words[i].color, "white")) })
+            compare(find(view, "glassLogButton").checkable, true)
+            var rows = [words[0], boxOf(find(view, "editReceive")), find(view, "clearButton"), words[3],
+                        boxOf(find(view, "editSend")), find(view, "sendButton"), find(view, "spinbox")]
+            tryVerify(function() {
+                var y = rows.map(function(item) { return item.mapToItem(view.contentItem, 0, 0).y })
+                return y.every(function(value, i) { return i === 0 || value > y[i - 1] })
+            })
+            mouseClick(find(view, "repeatSend"))
+        }
+
+        // Captions and controls with a text, but neither editors nor what controls are made of.
+        function labels(item, found) {
+            for (var i = 0; i < item.children.length; ++i) {
+                var child = item.children[i]
+                if (typeof child.text === "string" && child.selectByMouse === undefined && child.text !== "")
+                    found.push(child)
+                else if (child.border === undefined && child.objectName !== "spinbox")
+                    labels(child, found)
+            }
+            return found
         }
     }
 }

@@ -99,4 +99,18 @@ inline void clickSwitch(const char *name, int page = 0)
     WindowDriver::click(id(name, page));
 }
 
+/// Opens the list of a combo box by a click on `arrow`, which may be the box itself, and clicks on an entry.
+inline void chooseEntry(QQuickItem *box, QQuickItem *arrow, int index)
+{
+    auto *popup = box->property("popup").value<QObject *>();
+    WindowDriver::click(arrow);
+    ASSERT_TRUE(waitFor([popup] { return popup->property("opened").toBool(); }, minute));
+    QQuickItem *entry = nullptr;
+    QMetaObject::invokeMethod(popup->property("contentItem").value<QQuickItem *>(), "itemAtIndex",
+        Q_RETURN_ARG(QQuickItem *, entry), Q_ARG(int, index));
+    ASSERT_TRUE(entry) << index;
+    WindowDriver::click(entry);
+    ASSERT_TRUE(waitFor([popup] { return !popup->property("visible").toBool(); }, minute));
+}
+
 } // namespace ui

@@ -13,7 +13,7 @@
 #include <array>
 #include <opencv2/videoio.hpp>
 
-// One run of the program at the bench: commands, calibration, presets, captures and recordings, in a folder
+// One run of the program at the bench: commands, presets, captures and recordings, in a folder
 // with blanks and letters of other languages.
 
 using namespace ui;
@@ -90,15 +90,7 @@ QStringList presetNames()
 void choosePreset(int index)
 {
     QQuickItem *box = id("allSettingsCombobox");
-    auto *popup = box->property("popup").value<QObject *>();
-    WindowDriver::click(WindowDriver::byName("arrowBox", box));
-    ASSERT_TRUE(waitFor([popup] { return popup->property("opened").toBool(); }, minute));
-    QQuickItem *entry = nullptr;
-    QMetaObject::invokeMethod(popup->property("contentItem").value<QQuickItem *>(), "itemAtIndex",
-        Q_RETURN_ARG(QQuickItem *, entry), Q_ARG(int, index));
-    ASSERT_TRUE(entry);
-    WindowDriver::click(entry);
-    ASSERT_TRUE(waitFor([popup] { return !popup->property("visible").toBool(); }, minute));
+    chooseEntry(box, WindowDriver::byName("arrowBox", box), index);
 }
 
 bool autoClose()
@@ -116,17 +108,6 @@ QString saveStereo()
 {
     WindowDriver::click(WindowDriver::byName("imgBtn", id("stereoView")));
     return id("stereoView")->property("path").toString();
-}
-
-/// Once the window behind has darkened, and without the tip of the button that opened it.
-void pictureOfDialog(const char *name)
-{
-    ASSERT_TRUE(waitFor([] { return WindowDriver::byName("veil")->opacity() > 0.64; }, minute));
-    QQuickItem *button = WindowDriver::byName("infoButton");
-    WindowDriver::hover(WindowDriver::byName("veil"), QPointF(600, 20));
-    EXPECT_TRUE(waitFor([button] { return !button->property("hovered").toBool(); }, minute));
-    QTest::qWait(500);
-    WindowDriver::picture(QLatin1String(name));
 }
 
 } // namespace
@@ -197,6 +178,12 @@ TEST(Bench, aRefusingDeviceLeavesAnEmptyLine)
 {
     describeDevice("\"refuse\": [\"hid\"]");
     EXPECT_TRUE(answersBecome(QStringLiteral("05"), [](const QString &reply) { return reply.isEmpty(); }));
+    // Below nothing an empty line can't be seen.
+    WindowDriver::click(hid("editReceive"));
+    type(QStringLiteral("x"));
+    WindowDriver::click(hid("sendButton"));
+    WindowDriver::click(hid("sendButton"));
+    EXPECT_EQ(received(), QStringLiteral("x\n\n"));
 }
 
 TEST(Bench, aSlowDeviceIsWaitedFor)
@@ -209,31 +196,6 @@ TEST(Bench, aSlowDeviceIsWaitedFor)
     EXPECT_GE(clock.elapsed(), 1500);
     describeDevice("");
     WindowDriver::click(id("hidText"));
-}
-
-TEST(Bench, infoShowsWhatTheDeviceSaysAboutItself)
-{
-    QQuickItem *dialog = WindowDriver::byName("infoDialog");
-    WindowDriver::click(WindowDriver::byName("infoButton"));
-    ASSERT_TRUE(waitFor([dialog] { return dialog->isVisible(); }, minute));
-    EXPECT_EQ(dialog->property("title"), QVariant(QStringLiteral("Info")));
-    const QVariantMap told = dialog->property("infos").toMap();
-    EXPECT_EQ(told.value(QStringLiteral("Firmware Version")), camera()->property("version"));
-    pictureOfDialog("info");
-    WindowDriver::click(WindowDriver::byName("clearButton", dialog));
-    EXPECT_TRUE(waitFor([] { return !WindowDriver::byName("veil")->isVisible(); }, minute));
-}
-
-TEST(Bench, pressAndHoldOnInfoShowsTheCalibration)
-{
-    QQuickItem *dialog = WindowDriver::byName("calibrationDialog");
-    WindowDriver::pressAndHold(WindowDriver::byName("infoButton"));
-    ASSERT_TRUE(waitFor([dialog] { return dialog->isVisible(); }, minute));
-    EXPECT_EQ(WindowDriver::ofDocument("CalibrationDisplay").size(), 2);
-    EXPECT_FALSE(WindowDriver::byName("infoDialog")->isVisible());
-    pictureOfDialog("calibration");
-    WindowDriver::click(WindowDriver::byName("clearButton", dialog));
-    EXPECT_TRUE(waitFor([] { return !WindowDriver::byName("veil")->isVisible(); }, minute));
 }
 
 TEST(Bench, aPresetIsSavedUnderItsTypedName)

@@ -437,13 +437,21 @@ TEST(Capture, aFullDiskCostsThePictureAndNothingElse)
         EXPECT_TRUE(save("stereoView").startsWith(path + QLatin1String("/capture/")));
         EXPECT_THAT(log.lines(), ::testing::Contains(QStringLiteral("debug: Failed to create left image")));
     }
+    // Here the log tells nothing: the depth camera answers only whether it runs.
+    EXPECT_TRUE(save("tofView").startsWith(path + QLatin1String("/capture/")));
+    EXPECT_TRUE(goesOn("tofView"));
     record(true);
     EXPECT_TRUE(goesOn("stereoView"));
     QTest::qWait(2000);
     record(false);
     EXPECT_TRUE(goesOn("stereoView"));
     QDir::setCurrent(folder);
+    EXPECT_TRUE(goesOn("tofView"));
     EXPECT_EQ(QImage(save("stereoView") + QLatin1String("/left.png")).size(), QSize(640, 400));
+    const QImage depth(save("tofView") + QLatin1String("/tof.png"));
+    EXPECT_EQ(depth.width(), model("tof")->property("sourceWidth").toInt());
+    EXPECT_EQ(depth.height(), model("tof")->property("sourceHeight").toInt());
+    EXPECT_GT(depth.width(), 0);
 }
 
 TEST(Capture, whereNothingCanBeWrittenTheStreamsReportIt)

@@ -1,22 +1,35 @@
 #include "ui/CaptureFiles.h"
+#include "ui/ChildProgram.h"
 #include "ui/Page.h"
 
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
-#include <QProcess>
+#include <QFileInfo>
 #include <QTemporaryDir>
 #include <QtTest/QTest>
 
-// The whole program ends while it records. A program of its own does so, started from here by its tests
-// `Child`; this one looks at what it has left.
+// The whole program ends, or loses its device, while it records. A program of its own does so, started from
+// here by its tests `Child`; this one looks at what it has left.
 
 using namespace ui;
 
 namespace {
 
-const char *const wayOut = "QV_TEST_WAY_OUT";
-const char *const workFolder = "QV_TEST_FOLDER";
+/// One device that records everything, plugged in or pulled out.
+bool describeDevice(const QString &folder, bool isPresent)
+{
+    const QString configuration = folder + QLatin1String("/devices.json");
+    QFile file(configuration + QLatin1String(".new"));
+    const QByteArray text = QByteArray(R"({"devices": [{ "profile": "headset", "present": )")
+        + (isPresent ? "true" : "false")
+        + R"(, "streams": { "fisheye": { "rate": 10 }, "color": { "rate": 10 } }}]})";
+    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
+        return false;
+    file.close();
+    QFile::remove(configuration);
+    return QFile::rename(file.fileName(), configuration);
+}
 
 void switchOn(const char *button, const char *view)
 {
@@ -27,22 +40,6 @@ void switchOn(const char *button, const char *view)
     ASSERT_TRUE(
         waitFor([=] { return id(view)->width() > 100 && colours(WindowDriver::grab(id(view))) > 8; }, minute))
         << view;
-}
-
-/// Runs the child in `folder`; its exit code, or -1 when it crashed or hung.
-int runChild(const QString &folder, const char *way)
-{
-    QProcess child;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QLatin1String(wayOut), QLatin1String(way));
-    environment.insert(QLatin1String(workFolder), folder);
-    environment.insert(QStringLiteral("QVSIM_CONFIG"), folder + QLatin1String("/devices.json"));
-    child.setProcessEnvironment(environment);
-    child.setProcessChannelMode(QProcess::ForwardedChannels);
-    child.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--gtest_filter=Child.*")});
-    if (!child.waitForFinished(4 * minute) || child.exitStatus() != QProcess::NormalExit)
-        return -1;
-    return child.exitCode();
 }
 
 QString found(const QString &folder, const char *name)
@@ -67,17 +64,27 @@ void expectPlayable(const QString &folder)
     EXPECT_TRUE(captures::isEmptyPoseFile(found(folder, "edge.csv")));
 }
 
+/// The captured files that this process still writes.
+QStringList openCaptures()
+{
+    QStringList open;
+    for (const QFileInfo &descriptor : QDir(QStringLiteral("/proc/self/fd")).entryInfoList(QDir::Files)) {
+        if (descriptor.symLinkTarget().startsWith(child::folder() + QLatin1String("/capture/")))
+            open << descriptor.symLinkTarget();
+    }
+    return open;
+}
+
 class Closing : public testing::Test {
 protected:
     void SetUp() override
     {
-        if (qEnvironmentVariableIsSet(wayOut))
+        if (!child::task().isEmpty())
             GTEST_SKIP();
-        QFile file(m_folder.filePath(QStringLiteral("devices.json")));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(R"({"devices": [{ "profile": "headset", "streams": {
-            "fisheye": { "rate": 10 }, "color": { "rate": 10 } }}]})");
+        ASSERT_TRUE(describeDevice(m_folder.path(), true));
     }
+
+    int run(const char *wayOut) const { return child::run(m_folder.path(), "recordsAndLeaves", wayOut); }
 
     const QTemporaryDir m_folder;
 };
@@ -86,8 +93,8 @@ protected:
 
 QString prepare(const QString &home)
 {
-    if (qEnvironmentVariableIsSet(wayOut)) {
-        QDir::setCurrent(qEnvironmentVariable(workFolder));
+    if (!child::task().isEmpty()) {
+        QDir::setCurrent(child::folder());
         return {};
     }
     // The window that is on the screen meanwhile has no device.
@@ -100,8 +107,8 @@ QString prepare(const QString &home)
 
 TEST(Child, recordsAndLeaves)
 {
-    const QByteArray way = qgetenv(wayOut);
-    if (way.isEmpty())
+    const QByteArray wayOut = child::task();
+    if (wayOut.isEmpty())
         GTEST_SKIP() << "not the child";
     ASSERT_TRUE(pageAppears());
     switchOn("stereoButton", "stereoView");
@@ -112,7 +119,15 @@ TEST(Child, recordsAndLeaves)
     WindowDriver::byName("saveVideoButton")->setProperty("checked", true);
     WindowDriver::click(WindowDriver::byName("pathBtn", id("slamView")));
     QTest::qWait(5000);
-    if (way == "keys")
+    if (wayOut == "unplugging") {
+        EXPECT_EQ(openCaptures().size(), 6);
+        ASSERT_TRUE(describeDevice(child::folder(), false));
+        ASSERT_TRUE(waitFor([] { return !WindowDriver::page(); }, minute));
+        // The device ends its files itself, not the end of the program.
+        EXPECT_TRUE(waitFor([] { return openCaptures().isEmpty(); }, minute));
+        expectPlayable(child::folder());
+    }
+    if (wayOut == "keys")
         WindowDriver::key(Qt::Key_Q, Qt::ControlModifier);
     else
         WindowDriver::window()->close();
@@ -120,12 +135,18 @@ TEST(Child, recordsAndLeaves)
 
 TEST_F(Closing, theWindowLeavesPlayableFiles)
 {
-    ASSERT_EQ(runChild(m_folder.path(), "window"), 0);
+    ASSERT_EQ(run("window"), 0);
     expectPlayable(m_folder.path());
 }
 
 TEST_F(Closing, theKeysLeavePlayableFiles)
 {
-    ASSERT_EQ(runChild(m_folder.path(), "keys"), 0);
+    ASSERT_EQ(run("keys"), 0);
+    expectPlayable(m_folder.path());
+}
+
+TEST_F(Closing, aDeviceThatIsPulledOutLeavesPlayableFiles)
+{
+    ASSERT_EQ(run("unplugging"), 0);
     expectPlayable(m_folder.path());
 }

@@ -77,8 +77,9 @@ TEST(DamagedSettings, programStartsInEnglish)
 TEST(DamagedSettings, controlsKeepWhatTheStoreCanNotSay)
 {
     EXPECT_EQ(id("imumodeComboBox")->property("currentIndex").toInt(), 1);
-    const qreal distance = id("maxDistanceSlider")->property("value").toReal();
-    EXPECT_TRUE(distance >= 0.1 && distance <= 7.5) << distance;
+    EXPECT_EQ(id("modeComboBox")->property("currentIndex").toInt(), 4);
+    EXPECT_DOUBLE_EQ(id("maxDistanceSlider")->property("value").toReal(), 1.0);
+    EXPECT_EQ(id("sgbmZoomSpinBox")->property("value").toInt(), 100);
     EXPECT_EQ(WindowDriver::byId(WindowDriver::page(), "content")->property("mode").toInt(), 0);
 }
 
@@ -87,6 +88,7 @@ TEST(DamagedSettings, presetsThatAreInUseAreListed)
     QQuickItem *box = id("allSettingsCombobox");
     EXPECT_EQ(box->property("count").toInt(), 2);
     box->setProperty("currentIndex", 1);
+    EXPECT_EQ(id("fpscombox")->property("currentIndex").toInt(), 5);
     EXPECT_EQ(id("imumodeComboBox")->property("currentIndex").toInt(), 1);
     box->setProperty("currentIndex", 0);
 }
