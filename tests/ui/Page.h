@@ -113,4 +113,39 @@ inline void chooseEntry(QQuickItem *box, QQuickItem *arrow, int index)
     ASSERT_TRUE(waitFor([popup] { return !popup->property("visible").toBool(); }, minute));
 }
 
+/// Switches a stream by a click on its switch in the drawer, unless it is so already.
+inline void setSwitch(const char *name, bool on)
+{
+    if (id(name)->property("checked").toBool() == on)
+        return;
+    setDrawer(true);
+    WindowDriver::reveal(id(name));
+    ASSERT_TRUE(waitFor([=] { return id(name)->isEnabled(); }, minute)) << name;
+    WindowDriver::click(id(name));
+    EXPECT_TRUE(waitFor([=] { return id(name)->property("checked").toBool() == on; }, minute)) << name;
+}
+
+/// A click so far along a slider of the panel, 0 to 1.
+inline void clickSlider(QQuickItem *slider, double part)
+{
+    const double left = slider->property("leftPadding").toDouble();
+    const double length = slider->property("availableWidth").toDouble();
+    WindowDriver::click(slider, QPointF(left + part * length, slider->height() / 2));
+}
+
+/// Lays the mouse on a pixel of the view's picture, or one beside it.
+inline bool pointAt(QQuickItem *view, int x, int y)
+{
+    QQuickItem *painter = WindowDriver::byName("painter", view);
+    // The picture's place is that of the last paint, and the views have moved just before.
+    return waitFor(
+        [=] {
+            const double ratio = painter->property("imageRation").toDouble();
+            const QPointF corner = painter->property("topLeftPoint").toPointF();
+            WindowDriver::hover(painter, corner + QPointF((x + 0.7) * ratio, (y + 0.7) * ratio));
+            return qAbs(view->property("_x").toInt() - x) <= 1 && qAbs(view->property("_y").toInt() - y) <= 1;
+        },
+        minute);
+}
+
 } // namespace ui
