@@ -2,13 +2,19 @@
 #include "device/FisheyeRig.h"
 #include "device/SharedWorld.h"
 #include "imaging/ImageData.h"
+#include "streams/SgbmData.h"
+#include "streams/TofData.h"
 #include "ui/Page.h"
 #include "world/PolynomialModel.h"
 
 #include <QSignalSpy>
+#include <algorithm>
+#include <array>
+#include <atomic>
 #include <deque>
 #include <functional>
 #include <iostream>
+#include <iterator>
 #include <mutex>
 
 // Every image stream of the simulated headset, switched by clicks, and what the depth views read under the
@@ -34,17 +40,6 @@ constexpr StreamOf streams[] = {{"imuButton", "imuView", "imu", "dataFrameRate",
     {"irButton", "irView", "tofIr", "dataFrameRate", 30},
     {"rgb2Button", "rgb2View", "rgb", "dataFrameRate2", 15},
     {"sgbmButton", "sgbmView", "sgbm", "frameRate", 30}};
-
-void set(const char *button, bool on)
-{
-    if (id(button)->property("checked").toBool() == on)
-        return;
-    setDrawer(true);
-    WindowDriver::reveal(id(button));
-    ASSERT_TRUE(waitFor([=] { return id(button)->isEnabled(); }, minute)) << button;
-    WindowDriver::click(id(button));
-    EXPECT_TRUE(waitFor([=] { return id(button)->property("checked").toBool() == on; }, minute)) << button;
-}
 
 /// The middle of a view: pictures and gauges, no labels and no buttons.
 QImage middle(const char *view)
@@ -163,21 +158,8 @@ void switchOffAllBut(const QString &button)
 {
     for (const int index : orderOfStops) {
         if (button != QLatin1String(streams[index].button))
-            set(streams[index].button, false);
+            setSwitch(streams[index].button, false);
     }
-}
-
-bool pointAt(QQuickItem *view, QQuickItem *painter, int x, int y)
-{
-    // The picture's place is that of the last paint, and the views have moved just before.
-    return waitFor(
-        [=] {
-            const double ratio = painter->property("imageRation").toDouble();
-            const QPointF corner = painter->property("topLeftPoint").toPointF();
-            WindowDriver::hover(painter, corner + QPointF((x + 0.7) * ratio, (y + 0.7) * ratio));
-            return qAbs(view->property("_x").toInt() - x) <= 1 && qAbs(view->property("_y").toInt() - y) <= 1;
-        },
-        minute);
 }
 
 /// Points at eight places of the picture, and counts those where the reading comes to be that of the room.
@@ -191,7 +173,7 @@ int rightReadings(const char *viewName, QObject *depth, int index, Times &times,
     int right = 0;
     double worst = 0;
     for (const double part : {0.25, 0.32, 0.4, 0.47, 0.55, 0.62, 0.7, 0.77}) {
-        EXPECT_TRUE(pointAt(view, painter, int(painter->property("sourceWidth").toInt() * part),
+        EXPECT_TRUE(pointAt(view, int(painter->property("sourceWidth").toInt() * part),
             int(painter->property("sourceHeight").toInt() * 0.4)));
         const int x = view->property("_x").toInt() + index;
         const int y = view->property("_y").toInt();
@@ -219,25 +201,59 @@ int rightReadings(const char *viewName, QObject *depth, int index, Times &times,
     return right;
 }
 
-/// How long a mouse move takes to reach the read-out, in milliseconds, at each of some places.
-void printLatency(const char *viewName, QObject *depth)
+/// How long a mouse move takes to reach the read-out: until the first reading that was taken after it is on
+/// show. A machine that is busy takes longer, so that nothing is expected of it.
+template <class Model>
+void printLatency(const char *viewName, const Model &model)
 {
     QQuickItem *view = id(viewName);
     QQuickItem *painter = WindowDriver::byName("painter", view);
-    const auto answers = [&](int x) {
+    const double width = painter->property("sourceWidth").toDouble();
+    const double height = painter->property("sourceHeight").toDouble();
+    ASSERT_TRUE(pointAt(view, int(0.2 * width), int(height / 2)));
+    std::atomic<int> readings{0};
+    const auto connection = QObject::connect(&model, &Model::depthChanged, [&readings] { ++readings; });
+    std::vector<qint64> answers;
+    for (const double part : {0.3, 0.4, 0.5, 0.6, 0.7}) {
+        const double ratio = painter->property("imageRation").toDouble();
+        const QPointF corner = painter->property("topLeftPoint").toPointF();
         QElapsedTimer timer;
-        QSignalSpy changes(depth, SIGNAL(depthChanged(int)));
         timer.start();
-        if (!pointAt(view, painter, x, painter->property("sourceHeight").toInt() / 2))
-            return qint64(-1);
-        changes.clear();
-        waitFor([&] { return !changes.isEmpty(); }, minute);
-        return timer.elapsed();
-    };
-    std::cout << viewName << ": a mouse move changes the read-out within";
-    for (const double part : {0.3, 0.4, 0.5, 0.6, 0.7})
-        std::cout << ' ' << answers(int(painter->property("sourceWidth").toInt() * part));
-    std::cout << " ms" << std::endl;
+        WindowDriver::hover(painter, corner + QPointF(part * width, height / 2) * ratio);
+        const int before = readings;
+        EXPECT_NEAR(view->property("_x").toInt(), part * width, 1);
+        EXPECT_TRUE(waitFor([&] { return readings > before; }, minute));
+        QCoreApplication::processEvents();
+        answers.push_back(timer.elapsed());
+    }
+    QObject::disconnect(connection);
+    std::sort(answers.begin(), answers.end());
+    std::cout << viewName << ": a mouse move changes the read-out within " << answers[answers.size() / 2]
+              << " ms, the median of " << answers.size() << " from " << answers.front() << " to "
+              << answers.back() << std::endl;
+}
+
+/// The best of three seconds in which nothing is switched and nothing is grabbed, beside the rate that the
+/// device is to send. On a busy machine frames are lost, so that nothing is expected of it.
+void printRates()
+{
+    QElapsedTimer timer;
+    timer.start();
+    // The second under way has had other work in it.
+    waitFor([&] { return timer.hasExpired(1100); });
+    std::array<double, std::size(streams)> best{};
+    waitFor([&] {
+        for (std::size_t i = 0; i < best.size(); ++i) {
+            if (streams[i].rate)
+                best[i] = std::max(best[i], rate(streams[i]));
+        }
+        return timer.hasExpired(4200);
+    });
+    for (std::size_t i = 0; i < best.size(); ++i) {
+        if (streams[i].rate)
+            std::cout << streams[i].view << ": " << best[i] << " of " << streams[i].nominal << " a second, "
+                      << qRound(100 * best[i] / streams[i].nominal) << " %" << std::endl;
+    }
 }
 
 } // namespace
@@ -252,16 +268,14 @@ QString prepare(const QString &home)
 TEST(Streams, theFarthestDistanceBringsTheRoomIntoTheDepthPicture)
 {
     ASSERT_TRUE(pageAppears());
-    set("tofButton", true);
+    setSwitch("tofButton", true);
     ASSERT_TRUE(waitFor([] { return isPlaced("tofView"); }, minute));
     WindowDriver::click(id("tofText"));
     QQuickItem *slider = id("maxDistanceSlider");
     ASSERT_TRUE(waitFor([=] { return slider->isVisible(); }, minute));
     QQuickItem *painter = WindowDriver::byName("painter", id("tofView"));
     EXPECT_NEAR(painter->property("maxDistance").toDouble(), 1.0, 1e-6);
-    const double left = slider->property("leftPadding").toDouble();
-    WindowDriver::click(
-        slider, QPointF(left + 0.8 * slider->property("availableWidth").toDouble(), slider->height() / 2));
+    clickSlider(slider, 0.8);
     EXPECT_GT(slider->property("value").toDouble(), 5);
     EXPECT_NEAR(painter->property("maxDistance").toDouble(), slider->property("value").toDouble(), 1e-3);
     EXPECT_NEAR(model("tof")->property("maxDistance").toDouble(), slider->property("value").toDouble(), 1e-6);
@@ -273,22 +287,13 @@ TEST(Streams, theFarthestDistanceBringsTheRoomIntoTheDepthPicture)
 TEST(Streams, everySwitchPutsItsStreamOnTheScreen)
 {
     for (const StreamOf &stream : streams) {
-        set(stream.button, true);
+        setSwitch(stream.button, true);
         EXPECT_TRUE(isLive(stream.view)) << stream.view;
         if (stream.rate) {
             EXPECT_TRUE(waitFor([&] { return rate(stream) > 0; }, minute)) << stream.view;
         }
     }
-    // A second in which nothing is switched and nothing is grabbed.
-    for (int seconds = 0; seconds < 2; ++seconds) {
-        QSignalSpy second(model("tof"), SIGNAL(dataFrameRateChanged(double)));
-        waitFor([&] { return !second.isEmpty(); }, minute);
-    }
-    for (const StreamOf &stream : streams) {
-        if (stream.rate)
-            std::cout << stream.view << ": " << rate(stream) << " of " << stream.nominal << " a second"
-                      << std::endl;
-    }
+    printRates();
     // At the usual metre the room's depth is of one colour.
     id("maxDistanceSlider")->setProperty("value", 5);
     EXPECT_TRUE(waitFor([] { return colours(WindowDriver::grab(id("tofView"))) > 50; }, minute));
@@ -303,6 +308,25 @@ TEST(Streams, theOtherLayoutShowsThemToo)
         EXPECT_TRUE(waitFor([&] { return isPlaced(stream.view); }, minute)) << stream.view;
     }
     WindowDriver::picture(QStringLiteral("all-streams-side"));
+    EXPECT_EQ(std::count_if(std::begin(streams), std::end(streams),
+                  [=](const StreamOf &stream) { return id(stream.view)->width() > content->width() / 2; }),
+        1)
+        << "one view is big";
+    // The strip holds more than can be seen at once.
+    const auto isLiveInItsPlace = [](const char *view) {
+        WindowDriver::reveal(id(view));
+        return isLive(view);
+    };
+    for (const StreamOf &stream : streams)
+        EXPECT_TRUE(isLiveInItsPlace(stream.view)) << stream.view;
+    // The last that came is the big one.
+    for (const std::size_t index : {7U, 1U, 5U}) {
+        const StreamOf &stream = streams[index];
+        setSwitch(stream.button, false);
+        EXPECT_TRUE(waitFor([&] { return !isPlaced(stream.view); }, minute)) << stream.view;
+        setSwitch(stream.button, true);
+        EXPECT_TRUE(isLiveInItsPlace(stream.view)) << stream.view;
+    }
     content->setProperty("mode", 0);
     for (const StreamOf &stream : streams)
         EXPECT_TRUE(isLive(stream.view)) << stream.view;
@@ -313,7 +337,7 @@ TEST(Streams, everySwitchStopsItsStream)
     for (const int index : orderOfStops) {
         const StreamOf &stream = streams[index];
         ImageData *image = frames(stream);
-        set(stream.button, false);
+        setSwitch(stream.button, false);
         EXPECT_TRUE(waitFor([&] { return !isPlaced(stream.view); }, minute)) << stream.view;
         if (index == 0) {
             EXPECT_GT(rate(stream), 0);
@@ -334,7 +358,7 @@ TEST(Streams, everySwitchStopsItsStream)
 
 TEST(Streams, theDrawerLeavesTheMouseToTheViews)
 {
-    set("tofButton", true);
+    setSwitch("tofButton", true);
     ASSERT_TRUE(isLive("tofView"));
     QQuickItem *view = id("tofView");
     QQuickItem *painter = WindowDriver::byName("painter", view);
@@ -342,7 +366,7 @@ TEST(Streams, theDrawerLeavesTheMouseToTheViews)
         setDrawer(open);
         ASSERT_TRUE(waitFor([=] { return painter->property("imageRation").toDouble() > 0; }, minute));
         for (const int x : {200, 400}) {
-            EXPECT_TRUE(pointAt(view, painter, x, 240)) << view->property("_x").toInt() << ", not " << x;
+            EXPECT_TRUE(pointAt(view, x, 240)) << view->property("_x").toInt() << ", not " << x;
         }
     }
 }
@@ -360,13 +384,13 @@ TEST(Streams, depthUnderTheMouseIsThatOfTheRoom)
     // The reading is that of the pixel to the left.
     EXPECT_EQ(
         rightReadings("tofView", tof, -1, times, tofRoom(calibration[0]), [](double) { return 10.0; }), 8);
-    printLatency("tofView", tof);
+    printLatency("tofView", *qobject_cast<TofData *>(tof));
     WindowDriver::picture(QStringLiteral("tof"));
 }
 
 TEST(Streams, stereoDepthUnderTheMouseIsThatOfTheRoom)
 {
-    set("sgbmButton", true);
+    setSwitch("sgbmButton", true);
     switchOffAllBut(QStringLiteral("sgbmButton"));
     QObject *sgbm = model("sgbm");
     sgbm->setProperty("pixelShow", true);
@@ -377,7 +401,7 @@ TEST(Streams, stereoDepthUnderTheMouseIsThatOfTheRoom)
     EXPECT_GE(
         rightReadings("sgbmView", sgbm, 0, times, sgbmRoom, [](double real) { return 1 + sgbmStep(real); }),
         6);
-    printLatency("sgbmView", sgbm);
+    printLatency("sgbmView", *qobject_cast<SgbmData *>(sgbm));
     WindowDriver::picture(QStringLiteral("sgbm"));
 }
 
