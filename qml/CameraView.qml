@@ -1128,14 +1128,14 @@ Item {
 
                         Column {
                             width: parent.width
-                            topPadding: 5
-                            bottomPadding: 5
+                            padding: 5
                             spacing: 15
 
                             PanelSwitch {
                                 id: sgbmDewarpSwitch
                                 objectName: "sgbmDewarpSwitch"
 
+                                width: parent.width - 10
                                 caption: qsTr("Dewarp:")
                                 checked: true
                                 onCheckedChanged: if (view.has("sgbm")) camera.sgbm.setEnableDewarp(checked)
@@ -1145,6 +1145,7 @@ Item {
                                 id: sgbmCenterPixelSwitch
                                 objectName: "sgbmCenterPixelSwitch"
 
+                                width: parent.width - 10
                                 caption: qsTr("AVG PX:")
                                 onCheckedChanged: if (view.has("sgbm")) camera.sgbm.setEnableCenterAvgPx(checked)
                             }
@@ -1153,6 +1154,7 @@ Item {
                                 id: sgbmDepthOrDisparitySwitch
                                 objectName: "sgbmDepthOrDisparitySwitch"
 
+                                width: parent.width - 10
                                 caption: qsTr("Depth:")
                                 checked: true
                                 onCheckedChanged: if (view.has("sgbm")) camera.sgbm.setDepth(checked)
@@ -1162,6 +1164,7 @@ Item {
                                 id: sgbmFillholesOrMaskSwitch
                                 objectName: "sgbmFillholesOrMaskSwitch"
 
+                                width: parent.width - 10
                                 caption: qsTr("Fillholes:")
                                 checked: true
                                 onCheckedChanged: if (view.has("sgbm")) camera.sgbm.setEnableFillHoles(checked)
@@ -1171,6 +1174,7 @@ Item {
                                 id: sgbmSourceSwitch
                                 objectName: "sgbmSourceSwitch"
 
+                                width: parent.width - 10
                                 caption: qsTr("Show depth:")
                                 onCheckedChanged: if (view.has("sgbm")) camera.sgbm.pixelShow = checked
                             }
@@ -1224,7 +1228,8 @@ Item {
                                     ListElement { name: qsTr("720P"); value: 1 }
                                 }
                                 onCurrentIndexChanged: {
-                                    if (currentIndex >= 0 && view.has("sgbm"))
+                                    // A device may tell of a choice that isn't in the list.
+                                    if (currentIndex >= 0 && currentIndex < count && view.has("sgbm"))
                                         camera.sgbm.setSgbmResolution(view.itemValue(sgbmResolutionComboBox))
                                 }
                             }

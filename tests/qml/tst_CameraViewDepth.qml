@@ -269,15 +269,18 @@ Item {
             compare(device.calls[device.calls.length - 1], row.call + "(" + slider.value + ")")
         }
 
-        // Also where the hidden page of the view has stored other distances; and opening tells the device none of
-        // the values that the controls begin with.
-        function test_thePainterFollowsTheSlidersFromTheStart() {
-            fixture.storeTofDistances(3, 5)
+        // Only where things stand is told.
+        function test_openingTellsTheDeviceNoneOfTheValues() {
             open()
             compare(fixture.callsOfOpening.filter(function(call) {
                 return /^(sgbm|rgb|tof|tofIr|rgbd)\./.test(call) && !/\.set(View2?Size|CenterAvg[XY])\(/.test(call)
-                        && !/^tof\.m(ax|in)Distance/.test(call)
             }), [])
+        }
+
+        // Also where the hidden page of the view has stored other distances.
+        function test_thePainterFollowsTheSlidersFromTheStart() {
+            fixture.storeTofDistances(3, 5)
+            open()
             const painter = viewNamed("tofView").tofPainter
             fuzzyCompare(painter.maxDistance, 1.0, 1e-6)
             fuzzyCompare(painter.minDistance, 0.1, 1e-6)
@@ -385,6 +388,16 @@ Item {
             device.sgbm.resolution = 0
             device.sgbm.resolution = 1
             compare(box.currentIndex, 1)
+        }
+
+        function test_aResolutionBeyondTheListIsNotSentBack() {
+            open()
+            const box = control("sgbmResolutionComboBox");
+            [2, 5, -3].forEach(function(resolution) { device.sgbm.resolution = resolution })
+            compare(device.calls, [])
+            device.sgbm.resolution = 1
+            compare(box.currentIndex, 1)
+            compare(device.calls, ["sgbm.setSgbmResolution(1)"])
         }
 
         function test_theSgbmResolutionFollowsAnotherModelToo() {

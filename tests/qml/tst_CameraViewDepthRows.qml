@@ -115,6 +115,20 @@ Item {
             verify(box.implicitWidth > 100)
         }
 
+        function test_theSwitchesOfTheStereoDepthAreSetIn() {
+            open()
+            openSection("sgbmText")
+            const column = control("sgbmDewarpSwitch").parent
+            compare([column.spacing, column.padding], [15, 5])
+            verify(column.width > 100);
+            ["sgbmDewarpSwitch", "sgbmCenterPixelSwitch", "sgbmDepthOrDisparitySwitch", "sgbmFillholesOrMaskSwitch",
+             "sgbmSourceSwitch"].forEach(function(name, i) {
+                const row = control(name)
+                compare([row.parent, row.x, row.y, row.width],
+                        [column, 5, 5 + i * (36 + 15), column.width - 10], name)
+            })
+        }
+
         function test_theSwitchesShareAGroup() {
             open()
             const shared = control("tofButton").ButtonGroup.group
