@@ -143,6 +143,7 @@ DisplayItem {
 
         OptionButton {
             id: settingsButton
+            objectName: "settingsButton"
             icon.source: "qrc:/images/settings"
             visible: false
         }
@@ -151,6 +152,7 @@ DisplayItem {
     // The panel offers the same; here are the stored values and the painter's defaults.
     Column {
         id: settingsPage
+        objectName: "settingsPage"
         anchors.centerIn: parent
         visible: false
 
