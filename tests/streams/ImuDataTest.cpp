@@ -4,6 +4,7 @@
 #include "support/FakeDevice.h"
 #include "support/FakeImuSensor.h"
 #include "support/FakeOwner.h"
+#include "support/LogCatcher.h"
 #include "support/Timers.h"
 
 #include <QFile>
@@ -126,6 +127,7 @@ TEST_F(Imu, offsetDoesSoOnlyWhenItDiffers)
 
 TEST_F(Imu, aPlainDeviceOrNoneTakesTheSettingsInSilence)
 {
+    const LogCatcher log;
     const auto plain = std::make_shared<FakeDevice>();
     owner.held = plain;
     imu->setMode(2);
@@ -137,6 +139,7 @@ TEST_F(Imu, aPlainDeviceOrNoneTakesTheSettingsInSilence)
     alone.setOffset(5);
     EXPECT_EQ(alone.mode(), 2);
     EXPECT_EQ(alone.offset(), 5);
+    EXPECT_TRUE(log.lines().isEmpty());
 }
 
 TEST_F(Imu, recordingWritesNoReadings)

@@ -3,10 +3,10 @@
 #include "support/AllocationCounter.h"
 #include "support/FakeColorCamera.h"
 #include "support/LogCatcher.h"
+#include "support/Pause.h"
 #include "support/Pictures.h"
 #include "support/Timers.h"
 
-#include <QElapsedTimer>
 #include <QFile>
 #include <QJsonArray>
 #include <QTemporaryDir>
@@ -135,18 +135,17 @@ TEST_F(Rgb, controlRegistersStartsAndSignals)
     QStringList order;
     QObject::connect(
         rgb.get(), &RgbData::isEnableChanged, [&](bool on) { order << (on ? "enabled" : "disabled"); });
+    Pause pause;
+    QObject::connect(rgb.get(), &RgbData::isEnableChanged, [&](bool on) { pause.told(on, rgb->isEnable()); });
     QObject::connect(rgb.get(), &RgbData::rgbRunning, [&](int v) {
         order << QString::number(v);
         EXPECT_EQ(rgb->isRunning(), v == 2);
     });
-    QElapsedTimer timer;
-    timer.start();
     rgb->control(true);
-    EXPECT_GE(timer.elapsed(), 99);
     EXPECT_THAT(camera->takeCalls(), ElementsAre("registerCallback", "start"));
-    timer.restart();
+    pause.expect(1, 99);
     rgb->control(false);
-    EXPECT_GE(timer.elapsed(), 99);
+    pause.expect(2, 99);
     EXPECT_THAT(camera->takeCalls(), ElementsAre("unregisterCallback(1)", "stop"));
     EXPECT_EQ(order, (QStringList{"disabled", "enabled", "2", "disabled", "enabled", "3"}));
 }
@@ -165,6 +164,9 @@ TEST_F(Rgb, theSecondCameraIsControlledApart)
     QObject::connect(rgb.get(), &RgbData::isEnableChanged, [&] { order << "first"; });
     QObject::connect(rgb.get(), &RgbData::isEnable2Changed,
         [&] { order << (rgb->isEnable2() ? "enabled2" : "disabled2"); });
+    Pause pause;
+    QObject::connect(rgb.get(), &RgbData::isEnable2Changed,
+        [&] { pause.told(rgb->isEnable2(), rgb->property("isEnable2").toBool()); });
     QObject::connect(rgb.get(), &RgbData::rgbRunning, [&](int v) { order << QString::number(v); });
     rgb->control(true, 1);
     EXPECT_THAT(camera->takeCalls(), ElementsAre("registerCallback2", "startCamera(1)"));
@@ -174,6 +176,7 @@ TEST_F(Rgb, theSecondCameraIsControlledApart)
         camera->takeCalls(), ElementsAre("unregisterCallback2(1)", "registerCallback2", "startCamera(1)"));
     rgb->control(false, 1);
     EXPECT_THAT(camera->takeCalls(), ElementsAre("unregisterCallback2(2)", "stopCamera(1)"));
+    pause.expect(3, 99);
     EXPECT_EQ(order,
         (QStringList{
             "disabled2", "enabled2", "2", "disabled2", "enabled2", "2", "disabled2", "enabled2", "3"}));

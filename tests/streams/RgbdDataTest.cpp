@@ -113,10 +113,12 @@ TEST_F(Rgbd, controlOffAnswersTheLibrary)
 
 TEST_F(Rgbd, aRefusedRegistrationIsFalse)
 {
+    const LogCatcher log;
     camera->colorDepth.refuses = true;
     EXPECT_FALSE(rgbd->control(true));
     EXPECT_FALSE(rgbd->control(false));
     EXPECT_THAT(camera->calls(), ElementsAre("registerColorDepthImageCallback"));
+    EXPECT_TRUE(log.lines().isEmpty());
 }
 
 TEST_F(Rgbd, aFrameKeepsTheColoursOfEachPixel)

@@ -2,11 +2,11 @@
 
 #include "support/FakeVsc.h"
 #include "support/LogCatcher.h"
+#include "support/Pause.h"
 #include "support/Pictures.h"
 #include "support/Timers.h"
 #include "support/Wait.h"
 
-#include <QElapsedTimer>
 #include <QFile>
 #include <QImage>
 #include <QTemporaryDir>
@@ -168,16 +168,17 @@ TEST_F(Sgbm, controlRegistersStartsWithTheConfigurationAndSignals)
     QStringList order;
     QObject::connect(
         sgbm.get(), &SgbmData::isEnableChanged, [&](bool on) { order << (on ? "enabled" : "disabled"); });
+    Pause pause;
+    QObject::connect(
+        sgbm.get(), &SgbmData::isEnableChanged, [&](bool on) { pause.told(on, sgbm->isEnable()); });
     std::vector<bool> runningWhenEnabled;
     QObject::connect(sgbm.get(), &SgbmData::isEnableChanged, [&](bool on) {
         if (on)
             runningWhenEnabled.push_back(sgbm->isRunning());
     });
     QObject::connect(sgbm.get(), &SgbmData::resolutionChanged, [&] { order << "resolution"; });
-    QElapsedTimer timer;
-    timer.start();
     sgbm->control(true);
-    EXPECT_GE(timer.elapsed(), 99);
+    pause.expect(1, 99);
     EXPECT_THAT(vsc->takeCalls(), ElementsAre("registerCallback", "start(config)", "resolution"));
     EXPECT_EQ(sgbm->resolution(), 1);
     EXPECT_THAT(runningWhenEnabled, ElementsAre(false)) << "it runs once that has been told";
@@ -190,6 +191,7 @@ TEST_F(Sgbm, controlRegistersStartsWithTheConfigurationAndSignals)
     EXPECT_FALSE(sgbm->isRunning());
     sgbm->control(false);
     EXPECT_THAT(vsc->takeCalls(), ElementsAre("stop"));
+    pause.expect(4, 99);
     EXPECT_EQ(order,
         (QStringList{"resolution", "disabled", "enabled", "disabled", "enabled", "disabled", "enabled",
             "disabled", "enabled"}));
@@ -368,6 +370,7 @@ TEST_F(Sgbm, framesOfTheOtherKindAndDamagedOnesAreDropped)
     shortDisparity.dataSize = 31;
     vsc->deliver(shortDisparity);
     EXPECT_EQ(update.count(), 0);
+    EXPECT_TRUE(log.lines().isEmpty());
     fireTimers(*sgbm);
     EXPECT_EQ(sgbm->frameRate(), 0);
     vsc->deliver(disparity(8, 4, Bytes(32, 1)));

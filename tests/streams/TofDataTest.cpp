@@ -650,15 +650,18 @@ TEST_F(Tof, aPointCloudIsMadeOfNoDamagedFrame)
     EXPECT_THAT(camera->calls(), ElementsAre("depthImageToPointCloud(1)")) << "the request has waited";
 }
 
-TEST_F(Tof, aRequestThatMeetsInfraredIsDropped)
+TEST_F(Tof, aRequestThatMeetsAnythingButDepthIsDropped)
 {
     run();
-    tof->savePcd("cloud.pcd");
-    auto infrared = countingMillimetres(4, 3);
-    infrared.type = 2;
-    camera->deliver(infrared);
-    camera->deliver(countingMillimetres(4, 3));
-    EXPECT_THAT(fake::library().pcdSaves(), IsEmpty());
+    for (const int type : {2, 3, -1}) {
+        tof->savePcd("cloud.pcd");
+        auto other = countingMillimetres(4, 3);
+        other.type = type;
+        camera->deliver(other);
+        camera->deliver(countingMillimetres(4, 3));
+        EXPECT_THAT(fake::library().pcdSaves(), IsEmpty()) << type;
+        EXPECT_THAT(camera->calls(), IsEmpty()) << type;
+    }
 }
 
 TEST_F(Tof, aFailedPointCloudIsIgnored)

@@ -147,6 +147,7 @@ TEST_F(TofIr, otherAndDamagedFramesAreDropped)
     camera->deliver(null);
     camera->deliver(infrared(0, 2, {1}));
     EXPECT_EQ(update.count(), 0);
+    EXPECT_EQ(log.lines(), QStringList{"debug: Enable IR successfully"});
     fireTimers(*ir);
     EXPECT_EQ(ir->dataFrameRate(), 0.0);
 }
