@@ -86,11 +86,6 @@ ComboBox {
                 control.isClosed = false
             }
         }
-        onCanceled: control.isClosed = false
-        onReleased: {
-            if (!containsMouse)
-                control.isClosed = false
-        }
     }
 
     popup: Popup {
@@ -104,11 +99,6 @@ ComboBox {
         onAboutToHide: {
             if (mouseArea.containsMouse)
                 control.isClosed = true
-        }
-        // Closed by a key or by a choice: no click is on its way that must be held off.
-        onClosed: {
-            if (!mouseArea.pressed)
-                control.isClosed = false
         }
 
         contentItem: ListView {
