@@ -70,9 +70,8 @@ Recording Recording::open(const fs::path &folder)
     recording.imu = readImuTrack(root / "imu0");
     recording.poses = readPoseTrack(folder);
     if (recording.frames.empty() && recording.imu.empty() && recording.poses.empty())
-        throw std::runtime_error("there are neither pictures (mav0/cam0/data.csv, rgb.txt, depth.txt) nor "
-                                 "inertial readings nor poses in "
-                                 "it");
+        throw std::runtime_error(
+            "there are no pictures (mav0/cam0/data.csv, rgb.txt, depth.txt), readings or poses in it");
     return recording;
 }
 
