@@ -112,6 +112,8 @@ Page {
         height: 32
         padding: 0
         modal: false
+        // A popup that Escape closes holds off the window's shortcuts while it stands.
+        closePolicy: Popup.CloseOnPressOutside
 
         enter: Transition {
             NumberAnimation { property: "opacity"; from: 0; to: 1; duration: 250 }

@@ -18,6 +18,8 @@ Popup {
     height: row ? words.contentHeight : 0
     modal: false
     padding: 0
+    // A popup that Escape closes holds off the window's shortcuts while it stands.
+    closePolicy: Popup.CloseOnPressOutside
 
     enter: Transition {
         NumberAnimation { property: "opacity"; from: 0; to: 1; duration: 250 }

@@ -26,6 +26,7 @@ DisplayItem {
     readonly property int posesPerDrawing: 50
     // In a narrow view the buttons and the mode take the whole row.
     readonly property bool hasRoomForCaptions: width >= 460
+    readonly property bool hasRoomForModes: width >= 340
     readonly property matrix4x4 fallbackMatrix: Qt.matrix4x4(1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 1, 1, 1, 1, 1)
 
     readonly property var slam: camera && camera.slam ? camera.slam : null
@@ -487,7 +488,7 @@ DisplayItem {
         Label {
             objectName: "modeLabel"
             anchors.verticalCenter: parent.verticalCenter
-            visible: Qt.platform.os !== "android" && control.width >= 340
+            visible: Qt.platform.os !== "android" && control.hasRoomForModes
             text: loopClosureButton.done || loadButton.text === "Stop Load Map" ? qsTr("Loop Closure")
                                                                                 : qsTr("Visual Odometry")
         }
@@ -546,7 +547,7 @@ DisplayItem {
         Label {
             objectName: "edgeModeLabel"
             anchors.verticalCenter: parent.verticalCenter
-            visible: Qt.platform.os !== "android"
+            visible: Qt.platform.os !== "android" && control.hasRoomForModes
             text: loopClosureEdgeButton.done ? qsTr("Loop Closure") : qsTr("VIO")
         }
 

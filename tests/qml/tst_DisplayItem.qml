@@ -27,6 +27,13 @@ Item {
         }
     }
 
+    Shortcut {
+        id: leave
+        property int uses: 0
+        sequence: "Ctrl+Q"
+        onActivated: ++uses
+    }
+
     Component {
         id: display
         DisplayItem { width: 400; height: 300 }
@@ -220,6 +227,16 @@ Item {
             tryCompare(item.imgPopup, "visible", false, 6000)
             var shown = Date.now() - start
             verify(shown >= 3000 && shown < 4500, "shown for " + shown + " ms")
+        }
+
+        function test_theNoteLeavesTheWindowsShortcutsAlone() {
+            create({})
+            leave.uses = 0
+            item.imgPopup.open()
+            tryVerify(function() { return item.imgPopup.opened })
+            keyClick(Qt.Key_Q, Qt.ControlModifier)
+            compare(leave.uses, 1)
+            verify(item.imgPopup.visible)
         }
 
         function test_secondOpeningDoesNotExtendTheTime() {

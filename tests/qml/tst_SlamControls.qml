@@ -97,5 +97,22 @@ Item {
             waitForRendering(view)
             verify(caption.parent.width <= row.width, caption.parent.width)
         }
+
+        function test_aViewOfTheSmallestSizeShowsTheButtonsOnly_data() {
+            return [
+                { tag: "host", source: "slamSourceButton", name: "modeLabel", button: "loopClosureButton" },
+                { tag: "edge", source: "edgeSourceButton", name: "edgeModeLabel", button: "loopClosureEdgeButton" }
+            ]
+        }
+
+        function test_aViewOfTheSmallestSizeShowsTheButtonsOnly(row) {
+            open()
+            item(row.source).checked = true
+            view.width = 340
+            compare(item(row.name).visible, true)
+            view.width = 339
+            compare(item(row.name).visible, false)
+            compare(item(row.button).visible, true)
+        }
     }
 }

@@ -358,9 +358,18 @@ TEST(Recording, withoutSensorYamlItPlaysWithoutCalibration)
 TEST(Recording, unusableFoldersThrow)
 {
     Stderr output;
-    EXPECT_THROW(Recording::open("no/such/folder"), std::runtime_error);
+    const auto problemOf = [](const std::filesystem::path &folder) -> std::string {
+        try {
+            Recording::open(folder);
+        } catch (const std::runtime_error &error) {
+            return error.what();
+        }
+        return "none";
+    };
+    EXPECT_EQ(problemOf("no/such/folder"), "there is nothing of this name");
     RecordingFolder empty;
-    EXPECT_THROW(Recording::open(empty.path()), std::runtime_error);
+    EXPECT_EQ(problemOf(empty.path()),
+        "there are no pictures (mav0/cam0/data.csv, rgb.txt, depth.txt), readings or poses in it");
     RecordingFolder noRows;
     RecordingFolder::write(noRows.camera(0) / "data.csv", "#timestamp,filename\n");
     EXPECT_THROW(Recording::open(noRows.path()), std::runtime_error);

@@ -80,9 +80,9 @@ int show(const QString &file)
     if (!WindowDriver::grab().save(file))
         return fail("The picture could not be written.");
     std::cout << "picture: " << qPrintable(QFileInfo(file).absoluteFilePath()) << std::endl;
-    // A recording may lack what its kind of camera could send; a device that sends nothing at all is at
-    // fault.
-    return counting(seen) > 0 ? 0 : fail("No stream delivered anything.");
+    // A recording may lack what its kind of camera could send.
+    const int least = qEnvironmentVariableIsSet("QVSIM_REPLAY") ? 1 : on;
+    return counting(seen) >= least ? 0 : fail("Not every stream delivered.");
 }
 
 } // namespace
