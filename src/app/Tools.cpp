@@ -30,7 +30,8 @@ bool openWithDesktop(const QUrl &url)
         return QFileInfo::exists(url.toLocalFile()) && QDesktopServices::openUrl(url);
     if (!url.scheme().isEmpty())
         return QDesktopServices::openUrl(url);
-    for (const QString &path : plainPaths(url)) {
+    const QStringList paths = plainPaths(url);
+    for (const QString &path : paths) {
         const QFileInfo target(path);
         if (target.exists())
             return QDesktopServices::openUrl(QUrl::fromLocalFile(target.absoluteFilePath()));

@@ -39,7 +39,7 @@ void exitWhenNotCreated(QQmlApplicationEngine &engine, QApplication &application
 /// Help and version are words for a terminal: they come without a display too.
 void allowWordsWithoutDisplay(int argc, char **argv)
 {
-    const auto isSet = [](const char *name) { return !qgetenv(name).isEmpty(); };
+    const auto isSet = [](const char *name) { return !qEnvironmentVariableIsEmpty(name); };
     if (isSet("DISPLAY") || isSet("WAYLAND_DISPLAY") || isSet("QT_QPA_PLATFORM"))
         return;
     const QStringList words{QStringLiteral("-h"), QStringLiteral("--help"), QStringLiteral("--help-all"),
