@@ -4,6 +4,7 @@
 #include "ui/Program.h"
 #include "ui/WindowDriver.h"
 
+#include <QFileInfo>
 #include <QSet>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -111,6 +112,15 @@ inline void chooseEntry(QQuickItem *box, QQuickItem *arrow, int index)
     ASSERT_TRUE(entry) << index;
     WindowDriver::click(entry);
     ASSERT_TRUE(waitFor([popup] { return !popup->property("visible").toBool(); }, minute));
+}
+
+/// Has the program play a recording; answers why it can't.
+inline QString playRecording(const QString &path)
+{
+    if (!QFileInfo::exists(path))
+        return QStringLiteral("the recorded sequence is not here");
+    qputenv("QVSIM_REPLAY", path.toLocal8Bit());
+    return {};
 }
 
 /// Switches a stream by a click on its switch in the drawer, unless it is so already.

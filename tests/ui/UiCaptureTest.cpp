@@ -33,17 +33,6 @@ qv::Device &device()
     return *DeviceAccess::device(model("stereo"));
 }
 
-void set(const char *button, bool on)
-{
-    if (id(button)->property("checked").toBool() == on)
-        return;
-    setDrawer(true);
-    WindowDriver::reveal(id(button));
-    ASSERT_TRUE(waitFor([=] { return id(button)->isEnabled(); }, minute)) << button;
-    WindowDriver::click(id(button));
-    ASSERT_TRUE(waitFor([=] { return id(button)->property("checked").toBool() == on; }, minute)) << button;
-}
-
 bool isLive(const char *view)
 {
     QQuickItem *item = id(view);
@@ -255,7 +244,7 @@ QString prepare(const QString &home)
 TEST(Capture, colourPictureIsTheCamerasPicture)
 {
     ASSERT_TRUE(pageAppears());
-    set("rgbButton", true);
+    setSwitch("rgbButton", true);
     ASSERT_TRUE(isLive("rgbView"));
     const Recorder<qv::ColorImage> recorder(device().colorCamera(), 12);
     double best = 256;
@@ -266,8 +255,8 @@ TEST(Capture, colourPictureIsTheCamerasPicture)
 
 TEST(Capture, depthPictureHasTheColoursOfItsDistances)
 {
-    set("rgbButton", false);
-    set("tofButton", true);
+    setSwitch("rgbButton", false);
+    setSwitch("tofButton", true);
     ASSERT_TRUE(isLive("tofView"));
     // At the usual metre the room is of one colour.
     id("maxDistanceSlider")->setProperty("value", 5);
@@ -321,7 +310,7 @@ TEST(Capture, pointCloudLiesOnTheRoomsSurfaces)
 
 TEST(Capture, infraredPictureHasTheGreysOfItsSamples)
 {
-    set("irButton", true);
+    setSwitch("irButton", true);
     ASSERT_TRUE(isLive("irView"));
     const Recorder<qv::DepthImage> recorder(device().tofCamera(), 30);
     EXPECT_TRUE(agrees("irView", QStringLiteral("tofIr.png"), [&](const QImage &picture) {
@@ -338,13 +327,13 @@ TEST(Capture, infraredPictureHasTheGreysOfItsSamples)
         }
         return false;
     }));
-    set("irButton", false);
+    setSwitch("irButton", false);
 }
 
 TEST(Capture, stereoDepthPictureHasTheBytesOfItsFrame)
 {
-    set("tofButton", false);
-    set("sgbmButton", true);
+    setSwitch("tofButton", false);
+    setSwitch("sgbmButton", true);
     ASSERT_TRUE(isLive("sgbmView"));
     // The device hands out depths; what is saved is the head of the colours made of them.
     auto *image = model("sgbm")->property("image").value<ImageData *>();
@@ -362,14 +351,14 @@ TEST(Capture, stereoDepthPictureHasTheBytesOfItsFrame)
                     frame.data.get(), frame.width, frame.height, frame.width, QImage::Format_Grayscale8);
         });
     }));
-    set("sgbmButton", false);
+    setSwitch("sgbmButton", false);
 }
 
 TEST(Capture, videosHoldEveryFrameAtTheirSizeAndRate)
 {
-    set("stereoButton", true);
-    set("rgbButton", true);
-    set("tofButton", true);
+    setSwitch("stereoButton", true);
+    setSwitch("rgbButton", true);
+    setSwitch("tofButton", true);
     for (const char *view : {"stereoView", "rgbView", "tofView"})
         ASSERT_TRUE(isLive(view));
     // Small colour pictures and few depths: stopping waits for the encoders.
@@ -407,7 +396,7 @@ TEST(Capture, videosHoldEveryFrameAtTheirSizeAndRate)
 
 TEST(Capture, twoOfOneSecondShareTheirFolder)
 {
-    set("rgbButton", false);
+    setSwitch("rgbButton", false);
     setDrawer(false);
     // A second may turn between the two clicks; then they are tried again. A click waits for half a second
     // first.
@@ -472,18 +461,18 @@ TEST(Capture, whereNothingCanBeWrittenTheStreamsReportIt)
     obstacle.remove();
     QDir::setCurrent(folder);
     EXPECT_FALSE(QImage(save("stereoView") + QLatin1String("/left.png")).isNull());
-    set("tofButton", false);
+    setSwitch("tofButton", false);
 }
 
 TEST(Capture, poseFilesFollowTheRoadThroughTheRoom)
 {
-    set("slamButton", true);
+    setSwitch("slamButton", true);
     ASSERT_TRUE(waitFor([] { return id("slamView")->width() > 100; }, minute));
     setDrawer(false);
     // Only the source that is chosen runs; the other's file holds its line of names.
     expectRoad(recordedPoses("slamSourceButton", "slam"), "/host.csv", "/edge.csv", 5000);
     expectRoad(recordedPoses("edgeSourceButton", "edge"), "/edge.csv", "/host.csv", 2000);
-    set("slamButton", false);
+    setSwitch("slamButton", false);
 }
 
 TEST(Capture, nothingUnexpectedIsInTheLog)

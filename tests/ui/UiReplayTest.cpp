@@ -43,10 +43,7 @@ bool isOneOf(const QImage &picture, const std::vector<QImage> &pictures)
 QString prepare(const QString &home)
 {
     Q_UNUSED(home)
-    if (!QFileInfo::exists(recording()))
-        return QStringLiteral("the recorded sequence is not here");
-    qputenv("QVSIM_REPLAY", recording().toLocal8Bit());
-    return {};
+    return playRecording(recording());
 }
 
 TEST(Replay, recordingPlaysPixelForPixel)

@@ -145,10 +145,7 @@ bool isLive(const char *view)
 QString prepare(const QString &home)
 {
     Q_UNUSED(home)
-    if (!QFileInfo::exists(recording()))
-        return QStringLiteral("the recorded sequence is not here");
-    qputenv("QVSIM_REPLAY", recording().toLocal8Bit());
-    return {};
+    return playRecording(recording());
 }
 
 TEST(Rgbd, clicksBringColourAndDepthAndBothInOne)
