@@ -123,6 +123,16 @@ void StoredSettings::forget(const QString &entry)
         QSettings().remove(entry);
 }
 
+QVariantMap StoredSettings::entries(const QString &file) const
+{
+    const QSettings settings(file, QSettings::IniFormat);
+    QVariantMap entries;
+    const QStringList keys = settings.allKeys();
+    for (const QString &key : keys)
+        entries.insert(key, settings.value(key));
+    return entries;
+}
+
 QuitCounter::QuitCounter(QQmlEngine *engine)
     : QObject(engine)
 {

@@ -95,7 +95,7 @@ private:
     QHash<QUrl, QUrl> m_replaced;
 };
 
-/// Takes entries out of the settings store, which the documents' own type can't.
+/// What the documents' own type of settings can't: take entries out of the store, and read another file.
 class StoredSettings : public QObject {
     Q_OBJECT
 
@@ -104,6 +104,8 @@ public:
 
     /// Removes a category with all its keys ("preferSettings1"), or one key of it ("preferSettings1/name").
     Q_INVOKABLE void forget(const QString &entry);
+    /// The values of a file in the INI format, by "section/key".
+    Q_INVOKABLE QVariantMap entries(const QString &file) const;
 };
 
 /// Counts how often the documents asked the program to end.
