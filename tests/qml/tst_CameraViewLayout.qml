@@ -400,6 +400,20 @@ Item {
             compare(viewNamed("rgbdView").visible, false)
             device.rgbd.enable = true
             compare(viewNamed("rgbdView").visible, true)
+            device.rgbd.enable = false
+            compare(viewNamed("rgbdView").visible, false)
+        }
+
+        function test_rgbdIsSeenWhereAModelIsMissing_data() {
+            return [{ tag: "rgb" }, { tag: "tof" }, { tag: "rgbd" }]
+        }
+
+        function test_rgbdIsSeenWhereAModelIsMissing(row) {
+            openWithout([row.tag])
+            compare(control("rgbdButton").enabled, false)
+            control("rgbdButton").checked = true
+            tryVerify(function() { return placed() === 1 })
+            compare(viewNamed("rgbdView").visible, true)
         }
 
         function test_savingTellsWhere_data() {
@@ -417,6 +431,8 @@ Item {
             turnOn(7)
             const item = viewNamed(row.tag)
             compare(item.showSaveImageButton, true)
+            // A note opens in the window that its view stands in.
+            tryVerify(function() { return item.parent !== null })
             item.saveImage()
             compare(device.callsTo("saveImages"), ["saveImages(" + row.saved + ")"])
             compare(item.path, "/captures/" + row.saved)

@@ -56,6 +56,22 @@ Item {
             verify(!find(view, "settingsPage").visible)
         }
 
+        function test_flipSignsAreWhiteWhileTheyAreOn_data() { return views() }
+
+        function test_flipSignsAreWhiteWhileTheyAreOn(data) {
+            var view = make(data.component, { optionsVisible: true })
+            var buttons = ["hFlipButton", "vFlipButton"].map(function(name) { return find(view, name) })
+            buttons.forEach(function(button, i) {
+                verify(Qt.colorEqual(button.icon.color, "gray"))
+                mouseClick(button)
+                verify(button.checked)
+                verify(Qt.colorEqual(button.icon.color, "white"))
+                verify(Qt.colorEqual(buttons[1 - i].icon.color, "gray"))
+                mouseClick(button)
+                verify(Qt.colorEqual(button.icon.color, "gray"))
+            })
+        }
+
         function test_flipsPersist_data() { return views() }
 
         function test_flipsPersist(data) {

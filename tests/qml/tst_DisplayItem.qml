@@ -269,6 +269,30 @@ Item {
             compare(popup.x + popup.width, item.width)
         }
 
+        function test_theNoteShowsAWhiteSignBeforeItsWords() {
+            create({ showSaveImageButton: true })
+            var note = item.imgPopup
+            compare(note.imgText.text, "")
+            note.imgText.text = "Save image to: /captures"
+            note.open()
+            tryVerify(function() { return note.opened })
+            var signs = []
+            for (var i = 0; i < note.contentItem.children.length; ++i) {
+                if (note.contentItem.children[i].source !== undefined)
+                    signs.push(note.contentItem.children[i])
+            }
+            compare(signs.length, 1)
+            var sign = signs[0]
+            compare(sign.source, "qrc:images/info")
+            compare(sign.status, Image.Ready)
+            verify(Qt.colorEqual(sign.color, "white"))
+            verify(sign.visible && note.imgText.visible)
+            verify(sign.width > 0 && sign.x + sign.width <= note.imgText.x)
+            verify(note.imgText.x + note.imgText.implicitWidth <= note.width)
+            compare(note.imgText.text, "Save image to: /captures")
+            verify(Qt.colorEqual(note.imgText.color, "white"))
+        }
+
         function test_popupFadesInAndOut() {
             create({})
             var popup = item.imgPopup

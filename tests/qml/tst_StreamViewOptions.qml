@@ -147,6 +147,22 @@ Item {
             verify(Qt.colorEqual(find(view, "hFlipButton").icon.color, "white"))
         }
 
+        function test_flipSignsAreWhiteWhileTheyAreOn_data() {
+            return [{ tag: "stereo", component: stereoView }, { tag: "rgb", component: rgbView }]
+        }
+
+        function test_flipSignsAreWhiteWhileTheyAreOn(data) {
+            var view = make(data.component, { optionsVisible: true });
+            ["hFlipButton", "vFlipButton"].forEach(function(name) {
+                var button = find(view, name)
+                verify(Qt.colorEqual(button.icon.color, "gray"))
+                mouseClick(button)
+                verify(Qt.colorEqual(button.icon.color, "white"))
+                mouseClick(button)
+                verify(Qt.colorEqual(button.icon.color, "gray"))
+            })
+        }
+
         function test_gridButtonStandsBelowTheLabel() {
             var view = make(stereoView, { camera: createTemporaryObject(device, window) })
             var button = find(view, "gridButton")
