@@ -13,10 +13,11 @@ if(NOT QV_LIBRARY)
     install(TARGETS qvsdk LIBRARY DESTINATION ${QV_INSTALL_LIBDIR} NAMELINK_SKIP)
 endif()
 
-# The guide. The page on simulated devices is made from the text in the tree.
+# The guide. The page on simulated devices is made from the text in the tree, to which the guide there links.
 find_program(CMARK_PROGRAM cmark-gfm)
 set(guide_source ${PROJECT_SOURCE_DIR}/docs/simulated-devices.md)
-set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${guide_source} ${PROJECT_SOURCE_DIR}/docs/page.html.in)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${guide_source} ${PROJECT_SOURCE_DIR}/docs/page.html.in
+    ${PROJECT_SOURCE_DIR}/docs/index.html)
 set(PAGE_TITLE "Simulated devices")
 if(CMARK_PROGRAM)
     execute_process(COMMAND ${CMARK_PROGRAM} -e table ${guide_source} OUTPUT_VARIABLE PAGE_BODY COMMAND_ERROR_IS_FATAL ANY)
@@ -27,7 +28,11 @@ else()
     set(PAGE_BODY "<pre>${PAGE_BODY}</pre>")
 endif()
 configure_file(docs/page.html.in ${PROJECT_BINARY_DIR}/docs/simulated-devices.html @ONLY)
-install(FILES docs/index.html docs/guide.css ${PROJECT_BINARY_DIR}/docs/simulated-devices.html DESTINATION ${QV_INSTALL_GUIDEDIR})
+file(READ docs/index.html GUIDE)
+string(REPLACE "simulated-devices.md" "simulated-devices.html" GUIDE "${GUIDE}")
+file(WRITE ${PROJECT_BINARY_DIR}/docs/index.html "${GUIDE}")
+install(FILES ${PROJECT_BINARY_DIR}/docs/index.html docs/guide.css ${PROJECT_BINARY_DIR}/docs/simulated-devices.html
+    DESTINATION ${QV_INSTALL_GUIDEDIR})
 install(DIRECTORY docs/pictures DESTINATION ${QV_INSTALL_GUIDEDIR} FILES_MATCHING PATTERN "*.png")
 
 install(FILES packaging/com.quivra.qvsdk_viewer.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
