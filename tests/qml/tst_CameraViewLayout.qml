@@ -1,4 +1,5 @@
 import QtQuick 2.13
+import QtQuick.Window 2.13
 import QtTest 1.13
 import "qrc:/"
 
@@ -41,8 +42,15 @@ Item {
             wait(60)
         }
 
+        // A view that has its place in a model gets it in the window a moment later.
+        function inWindow(item) {
+            tryVerify(function() { return item.Window.window !== null })
+        }
+
         function press(name, button) {
-            mouseClick(findChild(viewNamed(name), button))
+            const item = viewNamed(name)
+            inWindow(item)
+            mouseClick(findChild(item, button))
         }
 
         function logged(text) {
@@ -431,8 +439,7 @@ Item {
             turnOn(7)
             const item = viewNamed(row.tag)
             compare(item.showSaveImageButton, true)
-            // A note opens in the window that its view stands in.
-            tryVerify(function() { return item.parent !== null })
+            inWindow(item)
             item.saveImage()
             compare(device.callsTo("saveImages"), ["saveImages(" + row.saved + ")"])
             compare(item.path, "/captures/" + row.saved)
