@@ -68,13 +68,16 @@ Rectangle {
             drawer.open()
     }
 
-    function openDocumentation() {
+    function documentation() {
         if (Qt.platform.os === "linux")
-            tools.openUrl("/usr/share/doc/qvsdk/index.html")
-        else if (Qt.platform.os === "windows")
-            tools.openUrl("doc/index.html")
-        else
-            tools.openUrl(onlineDocumentation)
+            return "/usr/share/doc/qvsdk/index.html"
+        return Qt.platform.os === "windows" ? "doc/index.html" : onlineDocumentation
+    }
+
+    function openDocumentation() {
+        var guide = documentation()
+        if (!tools.openUrl(guide))
+            console.log("The documentation can't be opened, the guide or a browser is missing:", guide)
     }
 
     function keepPath(saved) {

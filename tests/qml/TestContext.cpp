@@ -55,7 +55,7 @@ void FakeListener::list(const QVariantList &cameras)
 bool FakeTools::openUrl(const QUrl &url)
 {
     m_opened.append(url.toString());
-    return true;
+    return m_opens;
 }
 
 QString FakeTools::clipboardText() const

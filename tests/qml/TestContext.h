@@ -35,6 +35,7 @@ private:
 class FakeTools : public Tools {
     Q_OBJECT
     Q_PROPERTY(QStringList opened MEMBER m_opened)
+    Q_PROPERTY(bool opens MEMBER m_opens)
 
 public:
     using Tools::Tools;
@@ -44,6 +45,7 @@ public:
 
 private:
     QStringList m_opened;
+    bool m_opens = true; ///< what the desktop answers
 };
 
 /// Notes the languages that are asked for. All but the first translate every text to its context and itself.

@@ -160,6 +160,20 @@ Item {
             compare(tools.opened, ["/usr/share/doc/qvsdk/index.html"])
         }
 
+        function test_theLogTellsThatTheGuideIsMissing() {
+            var told = function() {
+                return messages.lines().filter(function(line) { return /can't be opened/.test(line) })
+                        .map(function(line) { return line.replace("qml: ", "") })
+            }
+            mouseClick(find(page, "documentationButton"))
+            compare(told(), [])
+            tools.opens = false
+            mouseClick(find(page, "documentationButton"))
+            tools.opens = true
+            compare(told(), ["The documentation can't be opened, the guide or a browser is missing: "
+                             + "/usr/share/doc/qvsdk/index.html"])
+        }
+
         function test_selectorAlwaysShowsAddSource() {
             listed(["A", "B"])
             compare(selector.count, 2)
