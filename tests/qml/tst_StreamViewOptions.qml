@@ -202,6 +202,54 @@ Item {
             compare(camera.calls, ["autoExposure false", "gain 7", "brightness 33"])
         }
 
+        // Words for a number count as nothing stored, and a number beyond a slider's range as its nearest end.
+        function test_unusableExposureFallsBack_data() {
+            return [
+                { tag: "word", stored: "loud", gain: 10, brightness: 10 },
+                { tag: "empty", stored: "", gain: 10, brightness: 10 },
+                { tag: "list", stored: [1, 2], gain: 10, brightness: 10 },
+                { tag: "point", stored: Qt.point(1, 2), gain: 10, brightness: 10 },
+                { tag: "beyond any number", stored: "1e400", gain: 10, brightness: 10 },
+                { tag: "no number", stored: "nan", gain: 1, brightness: 1 },
+                { tag: "endless", stored: "inf", gain: 16, brightness: 65 },
+                { tag: "below", stored: "-40000000000", gain: 1, brightness: 1 },
+                { tag: "above", stored: 1000, gain: 16, brightness: 65 }
+            ]
+        }
+
+        function test_unusableExposureFallsBack(row) {
+            [true, false].forEach(function(autoExposure) {
+                storeExposure(autoExposure, row.stored, row.stored)
+                var camera = createTemporaryObject(device, window)
+                var view = make(stereoView, { camera: camera })
+                compare([find(view, "autoExposure").checked, find(view, "gainSlider").value,
+                         find(view, "brightnessSlider").value], [autoExposure, row.gain, row.brightness])
+                // What reaches the device is what the sliders can say.
+                var calls = autoExposure ? [] : ["autoExposure false"]
+                if (!autoExposure && row.gain !== 10)
+                    calls = calls.concat(["gain " + row.gain, "brightness " + row.brightness])
+                compare(camera.calls, calls)
+                view.destroy()
+                wait(0)
+            })
+        }
+
+        function test_unusableSwitchesKeepTheirDefaults_data() {
+            return [{ tag: "point", stored: Qt.point(1, 2) }, { tag: "list", stored: [true] }]
+        }
+
+        function test_unusableSwitchesKeepTheirDefaults(row) {
+            ["horizontalFlip", "verticalFlip", "showPoints", "autoExposure"].forEach(function(key) {
+                stereoStore.setValue(key, row.stored)
+                rgbStore.setValue(key, row.stored)
+            })
+            var view = make(stereoView)
+            compare([view.horizontalFlip, view.verticalFlip, view.showPoints, find(view, "autoExposure").checked],
+                    [false, false, true, true])
+            var colour = make(rgbView)
+            compare([colour.horizontalFlip, colour.verticalFlip], [false, false])
+        }
+
         function test_defaultExposureIsNotSent() {
             var camera = createTemporaryObject(device, window)
             make(stereoView, { camera: camera })
