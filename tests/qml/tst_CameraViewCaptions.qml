@@ -27,6 +27,13 @@ Item {
             return found
         }
 
+        function all(item) {
+            let found = [item]
+            for (let i = 0; i < item.children.length; ++i)
+                found = found.concat(all(item.children[i]))
+            return found
+        }
+
         function theOnly(text) {
             const found = drawn(control("buttonColumn"), text)
             compare(found.length, 1, "'" + text + "'")
@@ -149,6 +156,9 @@ Item {
             verify(place(field).y - place(label).y < 40)
             verify(field.width >= 200)
             verify(field.readOnly)
+            const buttons = all(field.parent).filter(function(item) { return item.checkable !== undefined })
+            compare(buttons.map(function(button) { return button.icon.source.toString() }), ["qrc:images/save"])
+            verify(place(buttons[0]).x >= place(field).x + place(field).width)
         }
 
         function test_theSourcesStandBelowTheirCheckBox() {
@@ -189,6 +199,10 @@ Item {
             [["previewButton", "Preview"], ["captureButton", "Capture"], ["videoButton", "Video"]].forEach(function(pair) {
                 compare(control(pair[0]).text, pair[1])
             });
+            const words = all(page.cameraDrawer.contentItem).map(function(item) { return item.text })
+            verify(words.indexOf("Version") >= 0);
+            [["optionsButton", "settings"], ["gridLayoutButton", "view_module"], ["sideLayoutButton", "view_sidebar"]]
+                .forEach(function(pair) { compare(control(pair[0]).icon.source, "qrc:images/" + pair[1]) });
             ["IMU Offset", "Preview", "Capture", "Video", "TOF 3D", "Eye\ntracking", "Version"].forEach(function(text) {
                 compare(drawn(page.cameraDrawer.contentItem, text), [], text)
             })

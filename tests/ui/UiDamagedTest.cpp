@@ -19,21 +19,41 @@ cnnModelDescriptor=@Variant(\0\0\0\x7f)
 mode=seven
 
 [StereoView]
-horizontalFlip=perhaps
+horizontalFlip=@Point(1 2)
+verticalFlip=@Size(3 4)
+showPoints=@Rect(0 0 1 1)
 gain=loud
 brightness=-40000000000
 autoExposure=@Invalid()
 
 [RgbView]
+horizontalFlip=@Rect(0 0 1 1)
 verticalFlip=@Point(1 2)
 
 [TofView]
+horizontalFlip=@Size(3 4)
+verticalFlip=@Point(1 2)
+colorize=@Rect(0 0 1 1)
 maxDistance=nan
 minDistance=-inf
 framerate=1e400
 
+[SgbmView]
+horizontalFlip=@Point(1 2)
+verticalFlip=@Variant(\0\0\0\x7f)
+
+[EyetrackingView]
+horizontalFlip=@Size(3 4)
+source=@Point(1 2)
+ledOn=@Rect(0 0 1 1)
+
 [SlamView]
 freeView=7
+displayPlanes=@Point(1 2)
+
+[Tof3DView]
+freeView=@Size(3 4)
+slamSource=@Point(1 2)
 
 [defaultSettings]
 imuMode=42
@@ -55,6 +75,19 @@ isAdd=yes
 key=value
 not a line at all
 )";
+
+/// What a control inside a view holds, shown or not.
+QVariant valueIn(const char *view, const char *control, const char *property)
+{
+    const QQuickItem *item = WindowDriver::byName(control, id(view));
+    return item ? item->property(property) : QVariant();
+}
+
+/// The two flips of a view, horizontal first.
+QVector<bool> flipsOf(const char *view)
+{
+    return {id(view)->property("horizontalFlip").toBool(), id(view)->property("verticalFlip").toBool()};
+}
 
 } // namespace
 
@@ -83,6 +116,30 @@ TEST(DamagedSettings, controlsKeepWhatTheStoreCanNotSay)
     EXPECT_EQ(WindowDriver::byId(WindowDriver::page(), "content")->property("mode").toInt(), 0);
 }
 
+TEST(DamagedSettings, exposureIsWhatItsSlidersCanSay)
+{
+    EXPECT_EQ(valueIn("stereoView", "autoExposure", "checked"), QVariant(true));
+    EXPECT_EQ(valueIn("stereoView", "gainSlider", "value"), QVariant(10.0));
+    EXPECT_EQ(valueIn("stereoView", "brightnessSlider", "value"), QVariant(1.0));
+}
+
+TEST(DamagedSettings, viewsKeepTheirDefaults)
+{
+    for (const char *view : {"stereoView", "rgbView", "rgb2View", "tofView", "sgbmView", "eyetrackingView"})
+        EXPECT_EQ(flipsOf(view), QVector<bool>({false, false})) << view;
+    EXPECT_TRUE(id("stereoView")->property("showPoints").toBool());
+    EXPECT_EQ(id("eyetrackingView")->property("sourceName").toString(), QStringLiteral("left"));
+    EXPECT_EQ(valueIn("slamView", "sourceCheckbox", "checked"), QVariant(true));
+    EXPECT_EQ(valueIn("tof3DView", "slamSourceSwitch", "checked"), QVariant(true));
+    EXPECT_EQ(valueIn("tof3DView", "freeViewCheckBox", "checked"), QVariant(false));
+    EXPECT_EQ(valueIn("tofView", "colorizeCheckbox", "checked"), QVariant(true));
+    EXPECT_EQ(valueIn("tofView", "tofFramerateSlider", "value"), QVariant(15.0));
+    for (const char *slider : {"maxDistanceSlider", "minDistanceSlider"}) {
+        const double metres = valueIn("tofView", slider, "value").toDouble();
+        EXPECT_TRUE(metres >= 0.1 && metres <= 7.5) << slider << metres;
+    }
+}
+
 TEST(DamagedSettings, presetsThatAreInUseAreListed)
 {
     QQuickItem *box = id("allSettingsCombobox");
@@ -99,6 +156,10 @@ TEST(DamagedSettings, streamsStart)
     QQuickItem *view = id("stereoView");
     EXPECT_TRUE(
         waitFor([view] { return view->width() > 100 && colours(WindowDriver::grab(view)) > 50; }, minute));
+    // Nothing of it was sent: the model holds what it holds from its start on.
+    EXPECT_TRUE(model("stereo")->property("autoExposure").toBool());
+    EXPECT_EQ(model("stereo")->property("gain").toInt(), 20);
+    EXPECT_EQ(model("stereo")->property("brightness").toInt(), 5);
     clickSwitch("stereoButton");
 }
 
