@@ -9,7 +9,7 @@ build_packages=(
     g++ cmake ninja-build ccache mold pkg-config git
     qtbase5-dev qtdeclarative5-dev qtquickcontrols2-5-dev qt3d5-dev libqt5svg5-dev qttools5-dev qttools5-dev-tools
     libopencv-core-dev libopencv-imgproc-dev libopencv-imgcodecs-dev libopencv-videoio-dev
-    libswscale-dev libavutil-dev libeigen3-dev nlohmann-json3-dev libyaml-cpp-dev
+    libswscale-dev libavutil-dev libeigen3-dev nlohmann-json3-dev libyaml-cpp-dev zlib1g-dev
     libgtest-dev libgmock-dev libbenchmark-dev cmark-gfm
 )
 run_packages=(

@@ -20,6 +20,7 @@ public:
     bool automatic() const { return m_automatic; }
 
     static constexpr double aim = 110; ///< mean grey level
+    static constexpr double sharpMilliseconds = 8; ///< a shutter that is open longer smears what moves
 
 private:
     std::atomic<bool> m_automatic{true};

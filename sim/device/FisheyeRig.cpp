@@ -4,8 +4,6 @@ namespace sim {
 
 namespace {
 
-constexpr double radians = 0.017453292519943295;
-
 /// Lenses of one make differ a little, and none is centred.
 qv::UnifiedCameraModel lens(int width, int height, int number)
 {
@@ -24,35 +22,23 @@ qv::UnifiedCameraModel lens(int width, int height, int number)
     return model;
 }
 
-/// Metres, and degrees to the right, upwards and about the axis.
-Pose mount(double x, double y, double z, double yaw, double pitch, double roll)
-{
-    Pose pose = Pose::Identity();
-    pose.translation() << x, y, z;
-    pose.linear() = (Eigen::AngleAxisd(yaw * radians, Eigen::Vector3d::UnitY())
-        * Eigen::AngleAxisd(pitch * radians, Eigen::Vector3d::UnitX())
-        * Eigen::AngleAxisd(roll * radians, Eigen::Vector3d::UnitZ()))
-                        .toRotationMatrix();
-    return pose;
-}
-
 } // namespace
 
 FisheyeRig FisheyeRig::stereo(int width, int height)
 {
     FisheyeRig rig;
-    rig.mounts.push_back({mount(-0.04, 0, 0.012, 0, 0, 0), lens(width, height, 0)});
-    rig.mounts.push_back({mount(0.04, 0, 0.012, 0, 0, 0), lens(width, height, 1)});
+    rig.mounts.push_back({mounted(-0.04, 0, 0.012, 0, 0, 0), lens(width, height, 0)});
+    rig.mounts.push_back({mounted(0.04, 0, 0.012, 0, 0, 0), lens(width, height, 1)});
     return rig;
 }
 
 FisheyeRig FisheyeRig::quad(int width, int height)
 {
     FisheyeRig rig;
-    rig.mounts.push_back({mount(-0.05, -0.025, 0.01, -8, 14, 0.3), lens(width, height, 0)});
-    rig.mounts.push_back({mount(0.05, -0.025, 0.01, 8, 14, -0.2), lens(width, height, 1)});
-    rig.mounts.push_back({mount(-0.06, 0.03, 0.005, -38, -22, -0.4), lens(width, height, 2)});
-    rig.mounts.push_back({mount(0.06, 0.03, 0.005, 38, -22, 0.1), lens(width, height, 3)});
+    rig.mounts.push_back({mounted(-0.05, -0.025, 0.01, -8, 14, 0.3), lens(width, height, 0)});
+    rig.mounts.push_back({mounted(0.05, -0.025, 0.01, 8, 14, -0.2), lens(width, height, 1)});
+    rig.mounts.push_back({mounted(-0.06, 0.03, 0.005, -38, -22, -0.4), lens(width, height, 2)});
+    rig.mounts.push_back({mounted(0.06, 0.03, 0.005, 38, -22, 0.1), lens(width, height, 3)});
     return rig;
 }
 

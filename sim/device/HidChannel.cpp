@@ -8,7 +8,7 @@ namespace sim {
 
 namespace {
 
-constexpr std::size_t headerSize = 4;
+constexpr std::size_t replyHeaderSize = 4;
 constexpr unsigned char header[] = {0x02, 0xfe, 0x55};
 
 enum Question : unsigned char { Version = 1, Serial = 2, Settings = 3, Log = 4 };
@@ -32,8 +32,8 @@ bool HidChannel::exchange(const std::vector<unsigned char> &command, std::vector
     std::vector<unsigned char> reply = command;
     reply.resize(reportSize, 0);
     if (std::equal(std::begin(header), std::end(header), reply.begin())) {
-        const std::string text = answer(reply[headerSize - 1]);
-        std::copy(text.begin(), text.end(), reply.begin() + headerSize);
+        const std::string text = answer(reply[replyHeaderSize - 1]);
+        std::copy(text.begin(), text.end(), reply.begin() + replyHeaderSize);
     }
     result = std::move(reply);
     return true;
@@ -49,8 +49,8 @@ std::string HidChannel::answer(unsigned char question)
     else if (question == Settings)
         text = settings();
     else if (question == Log)
-        text = m_device->log().take(reportSize - headerSize);
-    return text.substr(0, reportSize - headerSize);
+        text = m_device->log().take(reportSize - replyHeaderSize);
+    return text.substr(0, reportSize - replyHeaderSize);
 }
 
 /// IMU mode, UVC mode, sync, a zero, then IMU offset and edge prediction, little endian, four bytes each.

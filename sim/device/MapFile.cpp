@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstring>
 #include <stdexcept>
+#include <zlib.h>
 
 namespace sim {
 
@@ -12,30 +13,15 @@ namespace {
 constexpr char magic[] = "QVSLAMAP";
 constexpr std::size_t magicSize = 8;
 constexpr std::uint32_t version = 1;
-constexpr std::size_t headerSize = 24;
+constexpr std::size_t fileHeaderSize = 24;
 constexpr std::size_t landmarkSize = 32;
 constexpr std::size_t checksumSize = 4;
 constexpr std::uint64_t largestLength = std::uint64_t(1) << 30;
 
-std::array<std::uint32_t, 256> makeTable()
-{
-    std::array<std::uint32_t, 256> table{};
-    for (std::uint32_t i = 0; i < 256; ++i) {
-        std::uint32_t value = i;
-        for (int bit = 0; bit < 8; ++bit)
-            value = (value & 1U) != 0 ? 0xedb88320U ^ (value >> 1) : value >> 1;
-        table[i] = value;
-    }
-    return table;
-}
-
 std::uint32_t checksum(const std::string &bytes)
 {
-    static const std::array<std::uint32_t, 256> table = makeTable();
-    std::uint32_t value = 0xffffffffU;
-    for (const char byte : bytes)
-        value = table[(value ^ static_cast<unsigned char>(byte)) & 0xffU] ^ (value >> 8);
-    return ~value;
+    return static_cast<std::uint32_t>(
+        crc32_z(0, reinterpret_cast<const Bytef *>(bytes.data()), bytes.size()));
 }
 
 template <class Number>
@@ -115,7 +101,7 @@ std::uint64_t checkHeader(const std::string &bytes)
 std::string MapFile::encode(const StoredMap &map)
 {
     std::string bytes;
-    bytes.reserve(headerSize + map.landmarks.size() * landmarkSize + checksumSize);
+    bytes.reserve(fileHeaderSize + map.landmarks.size() * landmarkSize + checksumSize);
     bytes.append(magic, magicSize);
     append(bytes, version);
     append(bytes, static_cast<std::uint32_t>(map.quality));
@@ -132,7 +118,7 @@ std::string MapFile::encode(const StoredMap &map)
 StoredMap MapFile::read(std::streambuf &stream)
 {
     std::string bytes;
-    readMore(stream, bytes, headerSize);
+    readMore(stream, bytes, fileHeaderSize);
     const std::uint64_t length = checkHeader(bytes);
     readMore(stream, bytes, length);
     const std::uint32_t expected = checksum(bytes);
@@ -143,7 +129,7 @@ StoredMap MapFile::read(std::streambuf &stream)
         throw std::runtime_error("it is longer than it says");
     StoredMap map;
     map.quality = static_cast<int>(std::min(number<std::uint32_t>(bytes, 12), 100U));
-    for (std::size_t at = headerSize; at < headerSize + length; at += landmarkSize)
+    for (std::size_t at = fileHeaderSize; at < fileHeaderSize + length; at += landmarkSize)
         map.landmarks.push_back(landmark(bytes, at));
     return map;
 }

@@ -4,39 +4,21 @@
 
 namespace sim {
 
-namespace {
-
-constexpr double radians = 0.017453292519943295;
-
-/// Metres, and degrees to the right, upwards and about the axis.
-Pose place(double x, double y, double z, double yaw, double pitch, double roll)
-{
-    Pose pose = Pose::Identity();
-    pose.translation() << x, y, z;
-    pose.linear() = (Eigen::AngleAxisd(yaw * radians, Eigen::Vector3d::UnitY())
-        * Eigen::AngleAxisd(pitch * radians, Eigen::Vector3d::UnitX())
-        * Eigen::AngleAxisd(roll * radians, Eigen::Vector3d::UnitZ()))
-                        .toRotationMatrix();
-    return pose;
-}
-
-} // namespace
-
 PinholeMount PinholeMount::color()
 {
-    return {place(0.012, -0.021, 0.016, 0.4, -0.3, 0.2),
+    return {mounted(0.012, -0.021, 0.016, 0.4, -0.3, 0.2),
         {2560, 1920, 1762.0, 1763.1, 1283.7, 955.2, {0.061, -0.094, 0.0004, -0.0003, 0.021}}};
 }
 
 PinholeMount PinholeMount::secondColor()
 {
-    return {place(-0.018, -0.021, 0.015, -0.5, 0.2, -0.3),
+    return {mounted(-0.018, -0.021, 0.015, -0.5, 0.2, -0.3),
         {2560, 1920, 2130.0, 2131.2, 1275.9, 963.4, {0.048, -0.071, -0.0002, 0.0004, 0.012}}};
 }
 
 PinholeMount PinholeMount::tof()
 {
-    return {place(0, -0.018, 0.018, 0.2, -0.4, 0.1),
+    return {mounted(0, -0.018, 0.018, 0.2, -0.4, 0.1),
         {640, 480, 457.0, 457.3, 321.3, 238.1, {-0.052, 0.031, 0.0003, 0.0002, -0.004}}};
 }
 

@@ -8,8 +8,6 @@ namespace sim {
 
 namespace {
 
-/// A shutter that is open longer than this smears what moves.
-constexpr double sharpMilliseconds = 8;
 constexpr int widestRendered = 640;
 
 cv::Size renderedSize(cv::Size size)
@@ -123,7 +121,7 @@ void RenderedColor::expose(double due)
         m_sensor->meter.grey(pose, due, m_metered);
     const Exposure::Effect effect = m_exposure->effect(automatic ? cv::mean(m_metered)[0] : 0);
     m_sensor->renderer.color(pose, due, m_picture, effect.factor);
-    if (effect.milliseconds > sharpMilliseconds && !automatic) {
+    if (effect.milliseconds > Exposure::sharpMilliseconds && !automatic) {
         const double before = due - effect.milliseconds / 1000;
         m_sensor->renderer.color(worldFromCamera(before), before, m_before, effect.factor);
         cv::addWeighted(m_picture, 0.5, m_before, 0.5, 0, m_picture);

@@ -8,8 +8,6 @@ namespace sim {
 namespace {
 
 constexpr double fisheyePhase = 0.57;
-/// A shutter that is open longer than this smears what moves.
-constexpr double sharpMilliseconds = 8;
 
 std::vector<qv::Calibration> withoutExtension(const std::vector<qv::CalibrationEx> &records)
 {
@@ -142,7 +140,7 @@ double RenderedFisheye::sceneMean(double due)
 void RenderedFisheye::shoot(Camera &camera, double due, const Exposure::Effect &effect, cv::Mat &out) const
 {
     camera.renderer.grey(worldFromCamera(camera.index, due), due, out, effect.factor);
-    if (effect.milliseconds > sharpMilliseconds && !m_exposure.automatic()) {
+    if (effect.milliseconds > Exposure::sharpMilliseconds && !m_exposure.automatic()) {
         const double before = due - effect.milliseconds / 1000;
         camera.renderer.grey(worldFromCamera(camera.index, before), before, camera.scratch, effect.factor);
         cv::addWeighted(out, 0.5, camera.scratch, 0.5, 0, out);

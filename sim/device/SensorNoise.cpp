@@ -7,7 +7,7 @@ namespace sim {
 
 namespace {
 
-constexpr int slack = 64; // pixels that the field is larger than a picture, each way
+constexpr int fieldSlack = 64; // pixels that the field is larger than a picture, each way
 
 } // namespace
 
@@ -24,8 +24,8 @@ void SensorNoise::add(cv::Mat &picture, double deviation, std::uint64_t moment)
         return;
     prepare(picture.size(), step);
     const std::uint64_t bits = m_noise.bits(moment);
-    const cv::Rect window(
-        static_cast<int>(bits % slack), static_cast<int>((bits >> 16) % slack), picture.cols, picture.rows);
+    const cv::Rect window(static_cast<int>(bits % fieldSlack), static_cast<int>((bits >> 16) % fieldSlack),
+        picture.cols, picture.rows);
     cv::add(picture, m_above(window), picture);
     cv::subtract(picture, m_below(window), picture);
 }
@@ -36,7 +36,7 @@ void SensorNoise::prepare(cv::Size size, double deviation)
         return;
     m_size = size;
     m_deviation = deviation;
-    cv::Mat field(size.height + slack, size.width + slack, CV_16SC1);
+    cv::Mat field(size.height + fieldSlack, size.width + fieldSlack, CV_16SC1);
     cv::RNG random(m_noise.bits(0));
     random.fill(field, cv::RNG::NORMAL, 0, deviation);
     field.convertTo(m_above, CV_8U);

@@ -4,8 +4,8 @@ namespace sim {
 
 namespace {
 
-constexpr float minimumRate = 1;
-constexpr float maximumRate = 60;
+constexpr float slowestColorRate = 1;
+constexpr float fastestColorRate = 60;
 
 } // namespace
 
@@ -23,7 +23,8 @@ const std::vector<qv::Calibration> &SimColorCamera::calibration()
 
 bool SimColorCamera::setFramerate(float fps)
 {
-    if (refuses("setFramerate") || !(fps >= minimumRate && fps <= maximumRate) || !source().setRate(fps))
+    if (refuses("setFramerate") || !(fps >= slowestColorRate && fps <= fastestColorRate)
+        || !source().setRate(fps))
         return false;
     scheduleChanged();
     return true;

@@ -6,8 +6,8 @@ namespace sim {
 
 namespace {
 
-constexpr float minimumRate = 1;
-constexpr float maximumRate = 100;
+constexpr float slowestFisheyeRate = 1;
+constexpr float fastestFisheyeRate = 100;
 
 std::shared_ptr<const unsigned char> plainPicture(std::size_t width, std::size_t height)
 {
@@ -75,7 +75,8 @@ const std::vector<qv::Calibration> &SimFisheyeCameras::calibration()
 
 bool SimFisheyeCameras::setFramerate(float fps)
 {
-    if (refuses("setFramerate") || !(fps >= minimumRate && fps <= maximumRate) || !m_source->setRate(fps))
+    if (refuses("setFramerate") || !(fps >= slowestFisheyeRate && fps <= fastestFisheyeRate)
+        || !m_source->setRate(fps))
         return false;
     scheduleChanged();
     return true;

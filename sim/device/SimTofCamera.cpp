@@ -9,8 +9,8 @@ namespace sim {
 
 namespace {
 
-constexpr float minimumRate = 1;
-constexpr float maximumRate = 60;
+constexpr float slowestTofRate = 1;
+constexpr float fastestTofRate = 60;
 constexpr int infraredType = 2;
 constexpr int unknownType = 9;
 constexpr double rates[] = {5, 10, 15, 20, 25, 30};
@@ -71,7 +71,8 @@ const std::vector<qv::Calibration> &SimTofCamera::calibration()
 
 bool SimTofCamera::setFramerate(float fps)
 {
-    if (refuses("setFramerate") || !(fps >= minimumRate && fps <= maximumRate) || !m_source->setRate(fps))
+    if (refuses("setFramerate") || !(fps >= slowestTofRate && fps <= fastestTofRate)
+        || !m_source->setRate(fps))
         return false;
     thread().reschedule();
     return true;

@@ -1,5 +1,7 @@
 #include "device/SlamMapper.h"
 
+#include "device/Vectors.h"
+
 #include <algorithm>
 #include <unordered_map>
 #include <unordered_set>
@@ -16,11 +18,6 @@ constexpr std::size_t lookedAt = 150; // points a camera, to recognise a place
 constexpr std::size_t leastMatches = 12;
 constexpr double largestError = 0.05; // metres, of matched points
 constexpr double fullMap = 20000; // points, for a quality of 100
-
-qv::Vector3 vector3(const Eigen::Vector3d &v)
-{
-    return {v.x(), v.y(), v.z()};
-}
 
 /// Where the map is, from points in the world and in the map: S. Umeyama, "Least-squares estimation of
 /// transformation parameters between two point patterns", 1991.

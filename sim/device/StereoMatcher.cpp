@@ -10,7 +10,6 @@ namespace sim {
 
 namespace {
 
-constexpr double radiansPerDegree = 0.017453292519943295;
 /// Matching needs no more than this; finer pictures only have finer depth.
 constexpr int gridWidth = 320;
 constexpr int textureWindow = 7;

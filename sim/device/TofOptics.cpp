@@ -8,7 +8,7 @@ namespace sim {
 
 namespace {
 
-constexpr int slack = 64; // pixels that the field is larger than a picture, each way
+constexpr int depthFieldSlack = 64; // pixels that the field is larger than a picture, each way
 constexpr float widestNoise = 3; // deviations
 constexpr float edgeRatio = 1.04F; // of the depths about a pixel that can't be sure of its own
 constexpr int gammaSteps = 1024;
@@ -35,8 +35,8 @@ void TofOptics::measure(cv::Mat &depth, const TofMode &mode, double light, std::
         cv::blur(depth, depth, {3, 3}, {-1, -1}, cv::BORDER_REPLICATE);
     prepareNoise(depth.size());
     const std::uint64_t bits = m_noise.bits(moment);
-    const int left = static_cast<int>(bits % slack);
-    const int top = static_cast<int>((bits >> 16) % slack);
+    const int left = static_cast<int>(bits % depthFieldSlack);
+    const int top = static_cast<int>((bits >> 16) % depthFieldSlack);
     const auto deviation = mode.noise * static_cast<float>(std::clamp(1 / std::sqrt(light), 0.5, 8.0));
     if (mode.mix == TofMode::Labelize)
         leaveOutEdges(depth);
@@ -59,7 +59,7 @@ void TofOptics::leaveOutEdges(cv::Mat &depth)
 
 void TofOptics::prepareNoise(cv::Size size)
 {
-    const cv::Size wanted(size.width + slack, size.height + slack);
+    const cv::Size wanted(size.width + depthFieldSlack, size.height + depthFieldSlack);
     if (m_field.size() == wanted)
         return;
     m_field.create(wanted, CV_32FC1);

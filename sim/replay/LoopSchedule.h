@@ -11,6 +11,9 @@ namespace sim {
 /// The records of one recorded sensor, each at its time within an endless loop.
 class LoopSchedule : public Schedule {
 public:
+    static constexpr double pictureBacklog = 0.1; ///< seconds
+    static constexpr double readingBacklog = 0.5; ///< seconds, of what comes in small records
+
     struct Place {
         std::int64_t loop = 0;
         std::size_t index = 0;

@@ -1,12 +1,12 @@
 #include "replay/PictureReader.h"
 
-#include <array>
 #include <cstring>
 #include <fstream>
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
 #include <sstream>
 #include <stdexcept>
+#include <zlib.h>
 
 namespace sim {
 
@@ -22,26 +22,10 @@ std::uint32_t bigEndian(const char *bytes)
     return value;
 }
 
-std::array<std::uint32_t, 256> makeTable()
-{
-    std::array<std::uint32_t, 256> table{};
-    for (std::uint32_t n = 0; n < 256; ++n) {
-        std::uint32_t c = n;
-        for (int bit = 0; bit < 8; ++bit)
-            c = (c & 1U) != 0 ? 0xedb88320U ^ (c >> 1) : c >> 1;
-        table[n] = c;
-    }
-    return table;
-}
-
 /// The sum of a PNG chunk, ISO 3309.
 std::uint32_t crc(const char *bytes, std::size_t size)
 {
-    static const std::array<std::uint32_t, 256> table = makeTable();
-    std::uint32_t c = 0xffffffffU;
-    for (std::size_t i = 0; i < size; ++i)
-        c = table[(c ^ static_cast<unsigned char>(bytes[i])) & 0xffU] ^ (c >> 8);
-    return c ^ 0xffffffffU;
+    return static_cast<std::uint32_t>(crc32_z(0, reinterpret_cast<const Bytef *>(bytes), size));
 }
 
 std::string bytesOf(const std::filesystem::path &file)

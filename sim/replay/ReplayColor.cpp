@@ -7,8 +7,6 @@ namespace sim {
 
 namespace {
 
-constexpr double pictureBacklog = 0.1; // seconds
-
 } // namespace
 
 std::shared_ptr<ReplayColor> ReplayColor::make(
@@ -26,7 +24,7 @@ ReplayColor::ReplayColor(const RgbdRecording &recording, std::vector<PictureRow>
     std::vector<double> play, const Timeline &timeline, ColorCodec codec)
     : m_rows(std::move(rows))
     , m_schedule(std::make_shared<const LoopSchedule>(
-          std::move(play), timeline.duration(), timeline.origin(), pictureBacklog))
+          std::move(play), timeline.duration(), timeline.origin(), LoopSchedule::pictureBacklog))
     , m_duration(timeline.duration())
     , m_calibration{recording.calibration()}
     , m_encoder(codec)

@@ -8,13 +8,11 @@ namespace sim {
 
 namespace {
 
-constexpr double pictureBacklog = 0.1; // seconds
-
 } // namespace
 
 ReplayFisheye::ReplayFisheye(const Recording &recording, const Timeline &timeline)
     : m_schedule(std::make_shared<const LoopSchedule>(
-        timeline.playTimes(), timeline.duration(), timeline.origin(), pictureBacklog))
+        timeline.playTimes(), timeline.duration(), timeline.origin(), LoopSchedule::pictureBacklog))
     , m_duration(timeline.duration())
     , m_loader(recording.frames, readGrey)
 {

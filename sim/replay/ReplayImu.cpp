@@ -1,19 +1,9 @@
 #include "replay/ReplayImu.h"
 
 #include "core/Clock.h"
+#include "device/Vectors.h"
 
 namespace sim {
-
-namespace {
-
-constexpr double readingBacklog = 0.5; // seconds
-
-qv::Vector3 vector3(const Eigen::Vector3d &v)
-{
-    return {v.x(), v.y(), v.z()};
-}
-
-} // namespace
 
 std::unique_ptr<ReplayImu> ReplayImu::make(const Recording &recording, const Timeline &timeline)
 {
@@ -34,7 +24,7 @@ std::unique_ptr<ReplayImu> ReplayImu::make(const Recording &recording, const Tim
 ReplayImu::ReplayImu(std::vector<ImuRow> rows, std::vector<double> play, const Timeline &timeline)
     : m_rows(std::move(rows))
     , m_schedule(std::make_shared<const LoopSchedule>(
-          std::move(play), timeline.duration(), timeline.origin(), readingBacklog))
+          std::move(play), timeline.duration(), timeline.origin(), LoopSchedule::readingBacklog))
     , m_duration(timeline.duration())
 {
 }

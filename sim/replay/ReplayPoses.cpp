@@ -8,10 +8,9 @@ namespace sim {
 
 namespace {
 
-constexpr double poseBacklog = 0.5; // seconds
 constexpr double shortestGap = 0.5; // seconds
 constexpr double gapPeriods = 5;
-constexpr double usualPeriod = 0.01; // seconds
+constexpr double usualPosePeriod = 0.01; // seconds
 /// Hand-held recordings turn faster than the simulated devices do.
 constexpr double turnLimit = 2; // rad/s
 
@@ -35,7 +34,8 @@ double turnRate(const PoseRow &before, const PoseRow &after)
 
 std::shared_ptr<ReplayPoses> ReplayPoses::make(const std::vector<PoseRow> &track, const Timeline &timeline)
 {
-    const double gap = std::max(shortestGap, gapPeriods * Timeline::usualPeriod(timesOf(track), usualPeriod));
+    const double gap =
+        std::max(shortestGap, gapPeriods * Timeline::usualPeriod(timesOf(track), usualPosePeriod));
     std::vector<Entry> entries;
     std::vector<double> play;
     for (const PoseRow &row : track) {
@@ -60,7 +60,7 @@ std::shared_ptr<ReplayPoses> ReplayPoses::make(const std::vector<PoseRow> &track
 ReplayPoses::ReplayPoses(std::vector<Entry> entries, std::vector<double> play, const Timeline &timeline)
     : m_entries(std::move(entries))
     , m_schedule(std::make_shared<const LoopSchedule>(
-          std::move(play), timeline.duration(), timeline.origin(), poseBacklog))
+          std::move(play), timeline.duration(), timeline.origin(), LoopSchedule::readingBacklog))
     , m_duration(timeline.duration())
 {
 }
@@ -93,7 +93,7 @@ void addReplayPoses(const std::shared_ptr<DeviceState> &state, SimDevice::Compon
 Timeline timelineOf(const std::vector<PoseRow> &track, double origin)
 {
     std::vector<std::int64_t> times = timesOf(track);
-    const double period = Timeline::usualPeriod(times, usualPeriod);
+    const double period = Timeline::usualPeriod(times, usualPosePeriod);
     return {std::move(times), period, origin};
 }
 

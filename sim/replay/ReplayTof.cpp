@@ -7,8 +7,6 @@ namespace sim {
 
 namespace {
 
-constexpr double pictureBacklog = 0.1; // seconds
-
 } // namespace
 
 std::shared_ptr<ReplayTof> ReplayTof::make(const RgbdRecording &recording, const Timeline &timeline)
@@ -24,7 +22,7 @@ ReplayTof::ReplayTof(const RgbdRecording &recording, std::vector<PictureRow> row
     const Timeline &timeline)
     : m_rows(std::move(rows))
     , m_schedule(std::make_shared<const LoopSchedule>(
-          std::move(play), timeline.duration(), timeline.origin(), pictureBacklog))
+          std::move(play), timeline.duration(), timeline.origin(), LoopSchedule::pictureBacklog))
     , m_duration(timeline.duration())
     , m_metresPerStep(1 / recording.depthScale)
     , m_calibration{recording.calibration()}

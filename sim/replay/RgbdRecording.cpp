@@ -16,7 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr double usualPeriod = 1.0 / 30; // seconds
+constexpr double usualPicturePeriod = 1.0 / 30; // seconds
 
 std::vector<PictureRow> listed(const fs::path &folder, const char *list)
 {
@@ -107,7 +107,7 @@ Timeline RgbdRecording::timeline(double origin) const
     times.reserve(color.size() + depth.size());
     for (const PictureRow &row : steady)
         times.push_back(row.time);
-    const double period = Timeline::usualPeriod(times, usualPeriod);
+    const double period = Timeline::usualPeriod(times, usualPicturePeriod);
     for (const PictureRow &row : color.empty() ? color : depth)
         times.push_back(row.time);
     std::sort(times.begin(), times.end());

@@ -3,12 +3,11 @@
 #include "spatial/PointAttribute.h"
 
 using Qt3DRender::QAttribute;
-using Qt3DRender::QBuffer;
 
 PointCloudColorGeometry::PointCloudColorGeometry(Qt3DCore::QNode *parent)
     : Qt3DRender::QGeometry(parent)
-    , m_buffer(new QBuffer(this))
-    , m_colorBuffer(new QBuffer(this))
+    , m_buffer(new Qt3DRender::QBuffer(this))
+    , m_colorBuffer(new Qt3DRender::QBuffer(this))
 {
 }
 

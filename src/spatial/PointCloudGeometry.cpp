@@ -3,11 +3,10 @@
 #include "spatial/PointAttribute.h"
 
 using Qt3DRender::QAttribute;
-using Qt3DRender::QBuffer;
 
 PointCloudGeometry::PointCloudGeometry(Qt3DCore::QNode *parent)
     : Qt3DRender::QGeometry(parent)
-    , m_buffer(new QBuffer(this))
+    , m_buffer(new Qt3DRender::QBuffer(this))
 {
 }
 

@@ -22,7 +22,7 @@ constexpr double pi = 3.14159265358979323846;
 constexpr double halfFieldOfView = 48.0 * pi / 180.0;
 constexpr double rangeBaseline = 0.08;
 
-enum FrameType { Disparity = 0, Depth = 1 };
+enum SgbmFrame { Disparity = 0, Depth = 1 };
 
 // One count for all streams of the program, as there is one eye to read them.
 EveryTwentieth averageDepth;

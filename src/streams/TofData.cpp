@@ -20,7 +20,7 @@ constexpr int tofVideoRate = 15;
 constexpr unsigned long workModeMs = 500;
 constexpr int pcdPrecision = 8;
 
-enum FrameType { Millimetres = 0, Metres = 1, Infrared = 2 };
+enum TofFrame { Millimetres = 0, Metres = 1, Infrared = 2 };
 enum TofRunning { TofStarted = 0, TofStopped = 1 };
 
 /// The sensor's work modes, by mode and frequency.
