@@ -24,7 +24,7 @@ protected:
     const QTemporaryDir m_folder;
 };
 
-QString pictures()
+QString picturesFolder()
 {
     return QStandardPaths::writableLocation(QStandardPaths::PicturesLocation)
         + QStringLiteral("/qvsdk-viewer/");
@@ -79,7 +79,7 @@ TEST_F(CaptureFolder, liesBelowThePicturesWhereCaptureCanNotBeMade)
     ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
     QDateTime second;
     const QDir folder = makeWithinOneSecond(second);
-    EXPECT_EQ(folder.absolutePath(), pictures() + nameOf(second));
+    EXPECT_EQ(folder.absolutePath(), picturesFolder() + nameOf(second));
     EXPECT_TRUE(folder.exists());
 }
 
@@ -88,7 +88,7 @@ TEST_F(CaptureFolder, liesBelowThePicturesInASystemFolder)
     // Nobody can make a folder there, root neither.
     ASSERT_TRUE(QDir::setCurrent(QStringLiteral("/proc")));
     const QDir folder = makeCaptureFolder();
-    EXPECT_TRUE(folder.absolutePath().startsWith(pictures())) << folder.absolutePath().toStdString();
+    EXPECT_TRUE(folder.absolutePath().startsWith(picturesFolder())) << folder.absolutePath().toStdString();
     EXPECT_TRUE(folder.exists());
 }
 

@@ -7,15 +7,6 @@
 #include <cmath>
 #include <thread>
 
-namespace {
-
-constexpr QRgb black = qRgb(0, 0, 0);
-constexpr QRgb white = qRgb(255, 255, 255);
-constexpr QRgb green = qRgb(0, 255, 0);
-constexpr QRgb yellow = qRgb(255, 255, 0);
-
-} // namespace
-
 TEST(ImagePainterPaint, firstPaintTellsTypeWidthAndHeight)
 {
     ImagePainter item;

@@ -7,13 +7,6 @@
 #include <QTimer>
 #include <thread>
 
-namespace {
-
-constexpr QRgb black = qRgb(0, 0, 0);
-constexpr QRgb white = qRgb(255, 255, 255);
-
-} // namespace
-
 TEST(ImagePainter, startsWithItsDefaults)
 {
     const ImagePainter item;

@@ -7,10 +7,6 @@
 
 namespace {
 
-constexpr QRgb black = qRgb(0, 0, 0);
-constexpr QRgb green = qRgb(0, 255, 0);
-constexpr QRgb yellow = qRgb(255, 255, 0);
-
 struct Canvas {
     explicit Canvas(const QSize &size)
         : image(size, QImage::Format_RGB32)

@@ -6,6 +6,11 @@
 #include <QJsonObject>
 #include <QPainter>
 
+constexpr QRgb black = qRgb(0, 0, 0);
+constexpr QRgb white = qRgb(255, 255, 255);
+constexpr QRgb green = qRgb(0, 255, 0);
+constexpr QRgb yellow = qRgb(255, 255, 0);
+
 /// Paints an item off screen, into an image of its size, or as a screen with a pixel ratio does.
 inline QImage painted(ImagePainter &item, const QSize &size, int pixelRatio = 1)
 {

@@ -2,6 +2,7 @@
 #include "device/DeviceFactory.h"
 #include "replay/PoseTrack.h"
 
+#include "replay/Player.h"
 #include "replay/RecordingFolder.h"
 #include "sim/Records.h"
 #include "sim/Stderr.h"
@@ -20,15 +21,6 @@ using ::testing::HasSubstr;
 namespace {
 
 using PoseTap = Tap<qv::Pose, qv::Slam>;
-
-std::shared_ptr<SimDevice> play(const std::string &folder)
-{
-    DeviceConfig config;
-    config.profile = Profile::Replay;
-    config.uuid = "recording";
-    config.folder = folder;
-    return makeDevice(config);
-}
 
 struct Sample {
     Eigen::Vector3d position;
@@ -98,11 +90,6 @@ int comparePoses(const std::vector<qv::Pose> &played, const std::map<std::int64_
         ++compared;
     }
     return compared;
-}
-
-std::string shared(const std::string &name)
-{
-    return std::string(QV_SOURCE_DIR) + "/../shared/data/" + name;
 }
 
 /// One row a tenth of the pictures' period: moves along x, turns about y.

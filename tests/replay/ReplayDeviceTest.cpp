@@ -4,6 +4,7 @@
 #include "device/DeviceRegistry.h"
 #include "device/qv/FisheyeCamerasEx.h"
 
+#include "replay/Player.h"
 #include "replay/RecordingFolder.h"
 #include "sim/Records.h"
 #include "sim/Stderr.h"
@@ -22,15 +23,6 @@ namespace {
 using ImagesTap = Tap<qv::FisheyeImages, qv::FisheyeCameras>;
 using ImuTap = Tap<qv::Imu, qv::ImuSensor>;
 
-std::shared_ptr<SimDevice> play(const std::string &folder)
-{
-    DeviceConfig config;
-    config.profile = Profile::Replay;
-    config.uuid = "recording";
-    config.folder = folder;
-    return makeDevice(config);
-}
-
 std::shared_ptr<qv::FisheyeCamerasEx> extended(const std::shared_ptr<SimDevice> &device)
 {
     return std::dynamic_pointer_cast<qv::FisheyeCamerasEx>(device->fisheyeCameras());
@@ -48,12 +40,6 @@ std::set<int> greys(const ImagesTap &tap)
     for (const qv::FisheyeImages &record : tap.all())
         result.insert(record.images.at(0).data.get()[0]);
     return result;
-}
-
-/// The folder of recordings that are not part of the project.
-std::string shared(const std::string &name)
-{
-    return std::string(QV_SOURCE_DIR) + "/../shared/data/asl/" + name;
 }
 
 } // namespace
@@ -238,7 +224,7 @@ TEST(ReplayDevice, isListedBesideOthersAndAnUnusableFolderIsNot)
 
 TEST(ReplayDevice, realStereoPlaysPixelForPixelAtItsRate)
 {
-    const std::string folder = shared("euroc_v1_01_easy");
+    const std::string folder = shared("asl/euroc_v1_01_easy");
     if (!std::filesystem::exists(folder))
         GTEST_SKIP() << "the recorded data isn't here: " << folder;
     Stderr output;
@@ -293,7 +279,7 @@ TEST(ReplayDevice, realStereoPlaysPixelForPixelAtItsRate)
 
 TEST(ReplayDevice, realFisheyePairPlays)
 {
-    const std::string folder = shared("fisheye_mynteye_pair");
+    const std::string folder = shared("asl/fisheye_mynteye_pair");
     if (!std::filesystem::exists(folder))
         GTEST_SKIP() << "the recorded data isn't here: " << folder;
     const auto device = play(folder);

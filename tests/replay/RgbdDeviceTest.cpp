@@ -3,6 +3,7 @@
 #include "device/PointCloud.h"
 #include "replay/PictureReader.h"
 
+#include "replay/Player.h"
 #include "replay/RgbdFolder.h"
 #include "sim/ColorTofFixture.h"
 #include "sim/Stderr.h"
@@ -18,16 +19,6 @@ using ::testing::IsEmpty;
 
 namespace {
 
-std::shared_ptr<SimDevice> play(const std::string &folder, const std::string &codec = "")
-{
-    DeviceConfig config;
-    config.profile = Profile::Replay;
-    config.uuid = "recording";
-    config.folder = folder;
-    config.streams["color"].codec = codec;
-    return makeDevice(config);
-}
-
 /// Which of the folder's pictures a record is.
 int indexOf(std::int64_t edgeTimestampUs, std::int64_t laterNs, int count)
 {
@@ -38,7 +29,7 @@ int indexOf(std::int64_t edgeTimestampUs, std::int64_t laterNs, int count)
 
 std::string sharedKitchen()
 {
-    return std::string(QV_SOURCE_DIR) + "/../shared/data/rgbd/7scenes_redkitchen";
+    return shared("rgbd/7scenes_redkitchen");
 }
 
 } // namespace

@@ -15,7 +15,7 @@ using ::testing::ElementsAre;
 
 namespace {
 
-void write(const std::string &path, const std::string &text)
+void writeConfig(const std::string &path, const std::string &text)
 {
     std::ofstream(path, std::ios::trunc) << text;
 }
@@ -97,16 +97,16 @@ TEST(DeviceRegistry, theFlagEndsTheWait)
 
 TEST(DeviceRegistry, theFileUnplugsAndPlugs)
 {
-    write("plug.json", list(imuA));
+    writeConfig("plug.json", list(imuA));
     DeviceRegistry registry(ConfigSource("plug.json"));
     const auto first = registry.wait(15, nullptr);
     ASSERT_THAT(keys(first), ElementsAre("a"));
 
-    write("plug.json", R"([{"profile": "imu-only", "uuid": "a", "present": false}])");
+    writeConfig("plug.json", R"([{"profile": "imu-only", "uuid": "a", "present": false}])");
     EXPECT_TRUE(becomes(registry, {}));
     EXPECT_FALSE(first.at("a")->imuSensor()->start()) << "the hardware has gone";
 
-    write("plug.json", list(imuA));
+    writeConfig("plug.json", list(imuA));
     ASSERT_TRUE(becomes(registry, {"a"}));
     const auto second = registry.wait(0, nullptr);
     EXPECT_NE(second.at("a"), first.at("a"));
@@ -115,21 +115,22 @@ TEST(DeviceRegistry, theFileUnplugsAndPlugs)
 
 TEST(DeviceRegistry, otherDevicesStayWhatTheyAre)
 {
-    write("other.json", list(imuA));
+    writeConfig("other.json", list(imuA));
     DeviceRegistry registry(ConfigSource("other.json"));
     const auto before = registry.wait(15, nullptr);
-    write("other.json", list(std::string(imuA) + R"(, {"profile": "imu-only", "uuid": "b"})"));
+    writeConfig("other.json", list(std::string(imuA) + R"(, {"profile": "imu-only", "uuid": "b"})"));
     ASSERT_TRUE(becomes(registry, {"a", "b"}));
     EXPECT_EQ(registry.wait(0, nullptr).at("a"), before.at("a"));
 }
 
 TEST(DeviceRegistry, faultsChangeWhileTheDeviceRuns)
 {
-    write("fault.json", list(imuA));
+    writeConfig("fault.json", list(imuA));
     DeviceRegistry registry(ConfigSource("fault.json"));
     const auto device = registry.wait(15, nullptr).at("a");
     EXPECT_TRUE(device->enableSync(true));
-    write("fault.json", R"([{"profile": "imu-only", "uuid": "a", "faults": {"refuse": ["enableSync"]}}])");
+    writeConfig(
+        "fault.json", R"([{"profile": "imu-only", "uuid": "a", "faults": {"refuse": ["enableSync"]}}])");
     EXPECT_TRUE(waitFor([&] {
         registry.wait(0, nullptr);
         return !device->enableSync(true);
@@ -139,10 +140,10 @@ TEST(DeviceRegistry, faultsChangeWhileTheDeviceRuns)
 
 TEST(DeviceRegistry, otherHardwareUnderTheSameUuidIsPluggedAnew)
 {
-    write("anew.json", list(imuA));
+    writeConfig("anew.json", list(imuA));
     DeviceRegistry registry(ConfigSource("anew.json"));
     const auto before = registry.wait(15, nullptr).at("a");
-    write("anew.json", R"([{"profile": "headset", "uuid": "a"}])");
+    writeConfig("anew.json", R"([{"profile": "headset", "uuid": "a"}])");
     EXPECT_TRUE(becomes(registry, {})) << "whoever looks once a second has to miss the old one";
     EXPECT_TRUE(becomes(registry, {"a"}));
     EXPECT_NE(registry.wait(0, nullptr).at("a")->fisheyeCameras(), nullptr);
@@ -151,7 +152,7 @@ TEST(DeviceRegistry, otherHardwareUnderTheSameUuidIsPluggedAnew)
 
 TEST(DeviceRegistry, aDeviceVanishesWhileItStreamsAndReturns)
 {
-    write("vanish.json",
+    writeConfig("vanish.json",
         R"([{"profile": "imu-only", "uuid": "a", "faults": {"vanishAfter": 0.1, "returnAfter": 0.3}}])");
     DeviceRegistry registry(ConfigSource("vanish.json"));
     const auto device = registry.wait(15, nullptr).at("a");
@@ -174,12 +175,12 @@ TEST(DeviceRegistry, anUnusableFolderIsNoDeviceAndOneComplaint)
 
 TEST(DeviceRegistry, pluggingEveryFewMillisecondsHarmsNobody)
 {
-    write("storm.json", "[]");
+    writeConfig("storm.json", "[]");
     DeviceRegistry registry(ConfigSource("storm.json"));
     std::atomic<int> records{0};
     std::vector<std::shared_ptr<qv::Device>> held;
     for (int round = 0; round < 40; ++round) {
-        write("storm.json", list(imuA));
+        writeConfig("storm.json", list(imuA));
         ASSERT_TRUE(becomes(registry, {"a"}));
         const auto device = registry.wait(0, nullptr).at("a");
         device->imuSensor()->registerCallback([&records](const qv::Imu &) { ++records; });
@@ -189,7 +190,7 @@ TEST(DeviceRegistry, pluggingEveryFewMillisecondsHarmsNobody)
         if (round % 10 == 0) {
             EXPECT_TRUE(waitFor([&, before = records.load()] { return records > before; }));
         }
-        write("storm.json", "[]");
+        writeConfig("storm.json", "[]");
         ASSERT_TRUE(becomes(registry, {}));
     }
     for (const auto &device : held)
@@ -198,7 +199,7 @@ TEST(DeviceRegistry, pluggingEveryFewMillisecondsHarmsNobody)
 
 TEST(DeviceRegistry, manyThreadsMayAsk)
 {
-    write("threads.json", list(imuA));
+    writeConfig("threads.json", list(imuA));
     DeviceRegistry registry(ConfigSource("threads.json"));
     std::atomic<bool> ending{false};
     std::atomic<int> answers{0};
@@ -213,7 +214,7 @@ TEST(DeviceRegistry, manyThreadsMayAsk)
         });
     }
     for (int i = 0; i < 20; ++i) {
-        write("threads.json", i % 2 == 0 ? "[]" : list(imuA));
+        writeConfig("threads.json", i % 2 == 0 ? "[]" : list(imuA));
         EXPECT_TRUE(waitFor([&, before = answers.load()] { return answers >= before + 8; }));
     }
     ending = true;

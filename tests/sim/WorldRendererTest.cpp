@@ -10,18 +10,18 @@ using namespace sim;
 
 namespace {
 
-std::shared_ptr<const Scene> scene()
+std::shared_ptr<const Scene> room()
 {
     static const auto shared = std::make_shared<Scene>(1);
     return shared;
 }
 
-std::shared_ptr<CameraModel> fisheye(int width = 640, int height = 400)
+std::shared_ptr<CameraModel> fisheyeModel(int width = 640, int height = 400)
 {
     return UnifiedModel({640, 400, 300, 300, 319.5, 199.5, 1.0}).scaled(width, height);
 }
 
-std::shared_ptr<CameraModel> pinhole(int width = 640, int height = 480)
+std::shared_ptr<CameraModel> pinholeModel(int width = 640, int height = 480)
 {
     return PolynomialModel({640, 480, 520, 520, 319.5, 239.5, {0.08, -0.12, 0.0005, -0.0003, 0.03}})
         .scaled(width, height);
@@ -30,7 +30,7 @@ std::shared_ptr<CameraModel> pinhole(int width = 640, int height = 480)
 /// Casts random pixels one by one and counts where the picture says otherwise.
 void expectAsCast(const std::shared_ptr<CameraModel> &model, const Pose &pose, double t, int pixels)
 {
-    Renderer renderer(scene(), model);
+    Renderer renderer(room(), model);
     cv::Mat depth;
     cv::Mat ids;
     renderer.depth(pose, t, depth, &ids);
@@ -41,7 +41,7 @@ void expectAsCast(const std::shared_ptr<CameraModel> &model, const Pose &pose, d
         const int x = static_cast<int>(random() % static_cast<unsigned>(depth.cols));
         const int y = static_cast<int>(random() % static_cast<unsigned>(depth.rows));
         const Eigen::Vector3d ray = model->unproject({x, y});
-        const auto hit = scene()->cast(pose.translation(), pose.linear() * ray, t);
+        const auto hit = room()->cast(pose.translation(), pose.linear() * ray, t);
         const double expected = hit ? hit->distance * ray.z() : 0;
         const int id = hit ? hit->surface : -1;
         wrong += std::abs(depth.at<float>(y, x) - expected) > 0.01 || ids.at<short>(y, x) != id;
@@ -65,36 +65,36 @@ TEST(WorldRenderer, picturesEqualTheCastOfEachPixel)
 {
     const Trajectory trajectory;
     for (const double t : {0.0, 13.0, 41.5, 77.0}) {
-        expectAsCast(fisheye(), trajectory.pose(t), t, 4000);
-        expectAsCast(pinhole(), trajectory.pose(t), t, 4000);
+        expectAsCast(fisheyeModel(), trajectory.pose(t), t, 4000);
+        expectAsCast(pinholeModel(), trajectory.pose(t), t, 4000);
     }
 }
 
 TEST(WorldRenderer, picturesEqualTheCastFromAnywhere)
 {
     for (unsigned seed = 1; seed < 9; ++seed)
-        expectAsCast(seed % 2 ? fisheye() : pinhole(), randomPose(seed), 3.0 * seed, 3000);
+        expectAsCast(seed % 2 ? fisheyeModel() : pinholeModel(), randomPose(seed), 3.0 * seed, 3000);
 }
 
 TEST(WorldRenderer, personIsDrawnWhereTheyAre)
 {
     const double t = 5;
-    const Scene::PersonState person = scene()->person(t);
+    const Scene::PersonState person = room()->person(t);
     Pose pose = Pose::Identity();
     const Eigen::Vector3d toward = person.bounds.center().normalized();
     pose.linear() =
         Eigen::AngleAxisd(std::atan2(toward.x(), toward.z()), Eigen::Vector3d::UnitY()).toRotationMatrix();
-    const auto model = fisheye();
+    const auto model = fisheyeModel();
     expectAsCast(model, pose, t, 6000);
-    Renderer renderer(scene(), model);
+    Renderer renderer(room(), model);
     cv::Mat depth;
     cv::Mat ids;
     renderer.depth(pose, t, depth, &ids);
-    EXPECT_GT(cv::countNonZero(ids >= scene()->firstPersonId()), 1000);
+    EXPECT_GT(cv::countNonZero(ids >= room()->firstPersonId()), 1000);
     const auto nose = model->project(pose.inverse() * person.keyPoints[1]);
     ASSERT_TRUE(nose);
     EXPECT_GE(ids.at<short>(static_cast<int>(nose->y() + 0.5), static_cast<int>(nose->x() + 0.5)),
-        scene()->firstPersonId());
+        room()->firstPersonId());
 }
 
 TEST(WorldRenderer, oddSizesAndRaylessPixelsWork)
@@ -102,8 +102,8 @@ TEST(WorldRenderer, oddSizesAndRaylessPixelsWork)
     const Trajectory trajectory;
     for (const cv::Size size :
         {cv::Size(1, 1), cv::Size(7, 5), cv::Size(65, 63), cv::Size(333, 211), cv::Size(8, 129)}) {
-        expectAsCast(fisheye(size.width, size.height), trajectory.pose(9), 9, 500);
-        Renderer renderer(scene(), pinhole(size.width, size.height));
+        expectAsCast(fisheyeModel(size.width, size.height), trajectory.pose(9), 9, 500);
+        Renderer renderer(room(), pinholeModel(size.width, size.height));
         cv::Mat grey;
         cv::Mat rgb;
         renderer.grey(trajectory.pose(9), 9, grey);
@@ -116,7 +116,7 @@ TEST(WorldRenderer, oddSizesAndRaylessPixelsWork)
         std::make_shared<UnifiedModel>(qv::UnifiedCameraModel{200, 200, 80, 80, 99.5, 99.5, 1.5});
     ASSERT_TRUE(narrow->unproject({0, 0}).isZero());
     expectAsCast(narrow, trajectory.pose(3), 3, 2000);
-    Renderer renderer(scene(), narrow);
+    Renderer renderer(room(), narrow);
     cv::Mat grey;
     cv::Mat depth;
     cv::Mat ids;
@@ -134,7 +134,7 @@ TEST(WorldRenderer, sameTimeGivesTheSameBytes)
     cv::Mat pictures[2][3];
     for (auto &set : pictures) {
         const auto own = std::make_shared<Scene>(1);
-        Renderer renderer(own, fisheye());
+        Renderer renderer(own, fisheyeModel());
         renderer.grey(Trajectory().pose(4), 4, set[0]);
         renderer.grey(pose, 21, set[0]);
         renderer.color(pose, 21, set[1]);
@@ -146,7 +146,7 @@ TEST(WorldRenderer, sameTimeGivesTheSameBytes)
 
 TEST(WorldRenderer, greyIsTheGreyOfColor)
 {
-    Renderer renderer(scene(), fisheye());
+    Renderer renderer(room(), fisheyeModel());
     cv::Mat grey;
     cv::Mat rgb;
     const Pose pose = Trajectory().pose(17);
@@ -161,7 +161,7 @@ TEST(WorldRenderer, greyIsTheGreyOfColor)
 
 TEST(WorldRenderer, gainScalesAndSaturates)
 {
-    Renderer renderer(scene(), fisheye());
+    Renderer renderer(room(), fisheyeModel());
     cv::Mat plain;
     cv::Mat dim;
     cv::Mat bright;
@@ -177,7 +177,7 @@ TEST(WorldRenderer, gainScalesAndSaturates)
 
 TEST(WorldRenderer, picturesAreWellExposedAndTextured)
 {
-    Renderer renderer(scene(), fisheye());
+    Renderer renderer(room(), fisheyeModel());
     const Trajectory trajectory;
     for (double t = 0; t < 90; t += 7.5) {
         cv::Mat grey;
@@ -194,8 +194,8 @@ TEST(WorldRenderer, picturesAreWellExposedAndTextured)
 TEST(WorldRenderer, pictureMovesWithTheCamera)
 {
     // A point of a texture keeps its brightness between two views: compare through the geometry.
-    const auto model = pinhole();
-    Renderer renderer(scene(), model);
+    const auto model = pinholeModel();
+    Renderer renderer(room(), model);
     const Trajectory trajectory;
     const double t = 30;
     const Pose first = trajectory.pose(t);

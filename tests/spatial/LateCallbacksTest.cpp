@@ -30,7 +30,7 @@ std::vector<qv::Object> detected(const char *type)
     return {{1, type, 10, 20, 30, 40, 0.5, {}}};
 }
 
-qv::Slam::Planes planes(const char *id)
+qv::Slam::Planes planeCalled(const char *id)
 {
     return std::make_shared<const std::vector<qv::Plane>>(std::vector<qv::Plane>{{id, {}}});
 }
@@ -74,13 +74,13 @@ TEST(LateCallbacks, planesOfASlamThatStopsReachNobody)
     const auto stereo = slam->stereoPlanes.held(), tof = slam->tofPlanes.held();
     ASSERT_EQ(stereo.size(), 1U);
     ASSERT_EQ(tof.size(), 1U);
-    stereo.front()(planes("1"));
-    tof.front()(planes("1"));
+    stereo.front()(planeCalled("1"));
+    tof.front()(planeCalled("1"));
     ASSERT_EQ(told, 2);
 
     slam->onStop = [&] {
-        stereo.front()(planes("2"));
-        tof.front()(planes("2"));
+        stereo.front()(planeCalled("2"));
+        tof.front()(planeCalled("2"));
         ++late;
     };
     slam->takeCalls();
@@ -90,8 +90,8 @@ TEST(LateCallbacks, planesOfASlamThatStopsReachNobody)
     EXPECT_THAT(slam->takeCalls(),
         ElementsAre("unregisterStereoPlanesCallback(21)", "unregisterTofPlanesCallback(31)", "stop"));
 
-    stereo.front()(planes("3"));
-    tof.front()(planes("3"));
+    stereo.front()(planeCalled("3"));
+    tof.front()(planeCalled("3"));
     EXPECT_EQ(told, 2);
     EXPECT_THAT(slam->takeCalls(), IsEmpty());
 }

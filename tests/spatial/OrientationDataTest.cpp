@@ -6,9 +6,9 @@ using ::testing::ElementsAre;
 
 namespace {
 
-class Signals {
+class OrientationSignals {
 public:
-    explicit Signals(OrientationData &data)
+    explicit OrientationSignals(OrientationData &data)
     {
         QObject::connect(&data, &OrientationData::matrixChanged, [this] { names.emplace_back("matrix"); });
         QObject::connect(
@@ -42,7 +42,7 @@ QMatrix3x3 diagonal(float a, float b, float c)
 TEST(OrientationData, firstIdentityEmitsNothing)
 {
     OrientationData data;
-    const Signals emitted(data);
+    const OrientationSignals emitted(data);
     data.setMatrix(QMatrix3x3());
     EXPECT_TRUE(emitted.names.empty());
     EXPECT_EQ(data.viewVector(), QVector3D());
@@ -51,7 +51,7 @@ TEST(OrientationData, firstIdentityEmitsNothing)
 TEST(OrientationData, rotationAboutYIsYawAndTurnsTheView)
 {
     OrientationData data;
-    const Signals emitted(data);
+    const OrientationSignals emitted(data);
     data.setMatrix(aboutY(90));
     EXPECT_THAT(emitted.names, ElementsAre("matrix", "quaternion", "yaw", "viewVector"));
     EXPECT_NEAR(data.yaw(), 90, 1e-3);
@@ -63,7 +63,7 @@ TEST(OrientationData, rollThenPitchThenYaw)
 {
     OrientationData data;
     data.setMatrix(QQuaternion::fromEulerAngles(10, 20, 30).toRotationMatrix());
-    const Signals emitted(data);
+    const OrientationSignals emitted(data);
     data.setMatrix(QQuaternion::fromEulerAngles(11, 22, 33).toRotationMatrix());
     EXPECT_THAT(emitted.names, ElementsAre("matrix", "quaternion", "roll", "pitch", "yaw", "viewVector"));
     EXPECT_NEAR(data.pitch(), 11, 1e-3);
@@ -74,7 +74,7 @@ TEST(OrientationData, rollThenPitchThenYaw)
 TEST(OrientationData, zeroIsNeverFuzzilyEqualToAnything)
 {
     OrientationData data;
-    const Signals emitted(data);
+    const OrientationSignals emitted(data);
     data.setRoll(1e-30);
     EXPECT_THAT(emitted.names, ElementsAre("roll"));
     EXPECT_EQ(data.roll(), 1e-30);
@@ -83,7 +83,7 @@ TEST(OrientationData, zeroIsNeverFuzzilyEqualToAnything)
 TEST(OrientationData, anglesSetByHandTouchNothingElse)
 {
     OrientationData data;
-    const Signals emitted(data);
+    const OrientationSignals emitted(data);
     data.setRoll(1);
     data.setPitch(2);
     data.setYaw(3);
@@ -98,7 +98,7 @@ TEST(OrientationData, identityAfterAnotherRotationLooksAlongZ)
 {
     OrientationData data;
     data.setMatrix(aboutY(90));
-    const Signals emitted(data);
+    const OrientationSignals emitted(data);
     data.setMatrix(QMatrix3x3());
     EXPECT_THAT(emitted.names, ElementsAre("matrix", "quaternion", "yaw", "viewVector"));
     EXPECT_EQ(data.viewVector(), QVector3D(0, 0, 1));
@@ -109,7 +109,7 @@ TEST(OrientationData, identityAfterAnotherRotationLooksAlongZ)
 TEST(OrientationData, whatIsNoRotationIsTakenAllTheSame)
 {
     OrientationData data;
-    const Signals emitted(data);
+    const OrientationSignals emitted(data);
     data.setMatrix(diagonal(5, 1, 1));
     EXPECT_THAT(emitted.names, ElementsAre("matrix", "quaternion", "viewVector"));
     EXPECT_EQ(data.matrix()(0, 0), 5.0F);
@@ -125,7 +125,7 @@ TEST(OrientationData, sameQuaternionFromAnotherMatrixComputesNothing)
     data.setMatrix(diagonal(5, 1, 1));
     data.setRoll(7);
     data.setViewVector(QVector3D(1, 2, 3));
-    const Signals emitted(data);
+    const OrientationSignals emitted(data);
     data.setMatrix(diagonal(1, 5, 1));
     EXPECT_THAT(emitted.names, ElementsAre("matrix"));
     EXPECT_EQ(data.roll(), 7);
@@ -138,7 +138,7 @@ TEST(OrientationData, aNotANumberAlwaysCountsAsAChange)
     QMatrix3x3 broken;
     broken(1, 1) = std::nanf("");
     data.setMatrix(broken);
-    const Signals emitted(data);
+    const OrientationSignals emitted(data);
     data.setMatrix(broken);
     ASSERT_FALSE(emitted.names.empty());
     EXPECT_EQ(emitted.names.front(), "matrix");

@@ -7,9 +7,9 @@ using ::testing::ElementsAre;
 namespace {
 
 /// Records the names of the signals in the order in which they leave.
-class Signals {
+class PositionSignals {
 public:
-    explicit Signals(PositionData &data)
+    explicit PositionSignals(PositionData &data)
     {
         QObject::connect(&data, &PositionData::vectorChanged, [this] { names.emplace_back("vector"); });
         QObject::connect(&data, &PositionData::xChanged, [this] { names.emplace_back("x"); });
@@ -29,7 +29,7 @@ TEST(PositionData, startsAtTheOrigin)
 TEST(PositionData, anyChangeEmitsAllFourInOrder)
 {
     PositionData data;
-    const Signals emitted(data);
+    const PositionSignals emitted(data);
     data.set(0, 0, 1.5);
     EXPECT_THAT(emitted.names, ElementsAre("vector", "x", "y", "z"));
     EXPECT_EQ(data.z(), 1.5);
@@ -39,7 +39,7 @@ TEST(PositionData, sameVectorEmitsNothing)
 {
     PositionData data;
     data.set(1, 2, 3);
-    const Signals emitted(data);
+    const PositionSignals emitted(data);
     data.set(1, 2, 3);
     data.setVector(QVector3D(1, 2, 3));
     EXPECT_TRUE(emitted.names.empty());
@@ -49,7 +49,7 @@ TEST(PositionData, narrowsToFloatBeforeItCompares)
 {
     PositionData data;
     data.set(0.1, 0, 0);
-    const Signals emitted(data);
+    const PositionSignals emitted(data);
     data.set(0.1 + 1e-12, 0, 0);
     EXPECT_TRUE(emitted.names.empty());
     EXPECT_EQ(data.x(), double(0.1F));
@@ -60,7 +60,7 @@ TEST(PositionData, setXDropsWhatIsFuzzilyEqualAndSetTakesIt)
     PositionData data;
     data.set(0.5000001, 0, 0);
     ASSERT_NE(data.x(), 0.5);
-    const Signals emitted(data);
+    const PositionSignals emitted(data);
     data.setX(0.5);
     EXPECT_TRUE(emitted.names.empty());
     data.set(0.5, 0, 0);
@@ -71,7 +71,7 @@ TEST(PositionData, setXDropsWhatIsFuzzilyEqualAndSetTakesIt)
 TEST(PositionData, eachComponentHasItsSetter)
 {
     PositionData data;
-    const Signals emitted(data);
+    const PositionSignals emitted(data);
     data.setX(1);
     EXPECT_EQ(data.vector(), QVector3D(1, 0, 0));
     data.setY(2);
@@ -88,7 +88,7 @@ TEST(PositionData, eachSetterOfAComponentDropsWhatIsFuzzilyEqual)
     data.set(0.5000001, 0.5000001, 0.5000001);
     const QVector3D before = data.vector();
     ASSERT_NE(data.y(), 0.5);
-    const Signals emitted(data);
+    const PositionSignals emitted(data);
     data.setX(0.5);
     data.setY(0.5);
     data.setZ(0.5);
@@ -101,7 +101,7 @@ TEST(PositionData, eachSetterOfAComponentDropsWhatIsFuzzilyEqual)
 TEST(PositionData, zeroIsNeverFuzzilyEqualToAnything)
 {
     PositionData data;
-    const Signals emitted(data);
+    const PositionSignals emitted(data);
     data.setY(1e-30);
     EXPECT_THAT(emitted.names, ElementsAre("vector", "x", "y", "z"));
 }

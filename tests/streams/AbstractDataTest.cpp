@@ -19,7 +19,7 @@ using testing::ElementsAre;
 
 namespace {
 
-class Samples : public AbstractData {
+class PlainData : public AbstractData {
 public:
     using AbstractData::AbstractData;
 
@@ -58,7 +58,7 @@ QList<double> rates(const QSignalSpy &spy)
 
 TEST(AbstractData, oneRunningTimerOfASecond)
 {
-    Samples data;
+    PlainData data;
     const auto timers = data.findChildren<QTimer *>();
     ASSERT_EQ(timers.size(), 1);
     EXPECT_EQ(timers[0]->interval(), 1000);
@@ -68,7 +68,7 @@ TEST(AbstractData, oneRunningTimerOfASecond)
 
 TEST(AbstractData, noDataNeverSignalsARate)
 {
-    Samples data;
+    PlainData data;
     QSignalSpy rate(&data, &AbstractData::dataFrameRateChanged),
         rate2(&data, &AbstractData::dataFrameRate2Changed);
     fireTimers(data);
@@ -81,7 +81,7 @@ TEST(AbstractData, noDataNeverSignalsARate)
 
 TEST(AbstractData, rateIsTheWholeCountOfTheLastSecond)
 {
-    Samples data;
+    PlainData data;
     QSignalSpy rate(&data, &AbstractData::dataFrameRateChanged);
     data.sample(30);
     EXPECT_EQ(data.dataFrameRate(), 0.0) << "only full seconds count";
@@ -96,7 +96,7 @@ TEST(AbstractData, rateIsTheWholeCountOfTheLastSecond)
 
 TEST(AbstractData, aStalledStreamSignalsZeroOnce)
 {
-    Samples data;
+    PlainData data;
     QSignalSpy rate(&data, &AbstractData::dataFrameRateChanged);
     data.sample(5);
     for (int second = 0; second < 4; ++second)
@@ -106,7 +106,7 @@ TEST(AbstractData, aStalledStreamSignalsZeroOnce)
 
 TEST(AbstractData, theSecondRateIsMeasuredLikeTheFirst)
 {
-    Samples data;
+    PlainData data;
     QList<double> told;
     QObject::connect(&data, &AbstractData::dataFrameRate2Changed, [&] { told << data.dataFrameRate2(); });
     data.sample2(30);
@@ -154,7 +154,7 @@ TEST(AbstractData, offersItsSignalsAndSlotsInOrder)
 
 TEST(AbstractData, theTimerItselfMeasures)
 {
-    Samples data;
+    PlainData data;
     QSignalSpy rate(&data, &AbstractData::dataFrameRateChanged);
     data.sample(7);
     ASSERT_TRUE(waitFor([&] { return rate.count() == 1; }));
@@ -163,7 +163,7 @@ TEST(AbstractData, theTimerItselfMeasures)
 
 TEST(AbstractData, bothRatesAreApart)
 {
-    Samples data;
+    PlainData data;
     QStringList order;
     QObject::connect(&data, &AbstractData::dataFrameRateChanged, [&] { order << "first"; });
     QObject::connect(&data, &AbstractData::dataFrameRate2Changed, [&] { order << "second"; });
@@ -177,7 +177,7 @@ TEST(AbstractData, bothRatesAreApart)
 
 TEST(AbstractData, theSecondRateCanBeWritten)
 {
-    Samples data;
+    PlainData data;
     QSignalSpy rate2(&data, &AbstractData::dataFrameRate2Changed);
     EXPECT_TRUE(data.setProperty("dataFrameRate2", 12.5));
     data.setDataFrameRate2(12.5 * (1 + 1e-13));
@@ -187,7 +187,7 @@ TEST(AbstractData, theSecondRateCanBeWritten)
 
 TEST(AbstractData, noTickIsLostAcrossThreads)
 {
-    Samples data;
+    PlainData data;
     double total = 0;
     const auto second = [&] {
         fireTimers(data);
@@ -210,7 +210,7 @@ TEST(AbstractData, noTickIsLostAcrossThreads)
 
 TEST(AbstractData, recordPathSignalsChangesOnly)
 {
-    Samples data;
+    PlainData data;
     QSignalSpy path(&data, &AbstractData::recordPathChanged);
     data.setRecordPath("a.csv");
     data.setRecordPath("a.csv");
@@ -222,7 +222,7 @@ TEST(AbstractData, recordPathSignalsChangesOnly)
 TEST(AbstractData, writesHeaderAndLinesAsTheyCome)
 {
     const QTemporaryDir folder;
-    Samples data;
+    PlainData data;
     data.firstLine = "time,x";
     data.setRecordPath(folder.filePath("pose.csv"));
     data.setRecording(true);
@@ -238,7 +238,7 @@ TEST(AbstractData, textIsWrittenInTheLocalEncoding)
     QTextCodec *const before = QTextCodec::codecForLocale();
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("ISO-8859-1"));
     const QTemporaryDir folder;
-    Samples data;
+    PlainData data;
     data.firstLine = QStringLiteral("Gr\u00f6\u00dfe");
     data.setRecordPath(folder.filePath("a.csv"));
     data.setRecording(true);
@@ -253,7 +253,7 @@ TEST(AbstractData, textIsWrittenInTheLocalEncoding)
 TEST(AbstractData, anEmptyHeaderWritesNothing)
 {
     const QTemporaryDir folder;
-    Samples data;
+    PlainData data;
     data.setRecordPath(folder.filePath("a.csv"));
     data.setRecording(true);
     data.write("first\n");
@@ -264,7 +264,7 @@ TEST(AbstractData, anEmptyHeaderWritesNothing)
 TEST(AbstractData, anExistingFileIsTruncated)
 {
     const QTemporaryDir folder;
-    Samples data;
+    PlainData data;
     data.setRecordPath(folder.filePath("a.csv"));
     for (const char *line : {"a longer first recording\n", "short\n"}) {
         data.setRecording(true);
@@ -277,7 +277,7 @@ TEST(AbstractData, anExistingFileIsTruncated)
 TEST(AbstractData, startingTwiceOpensOneFile)
 {
     const QTemporaryDir folder;
-    Samples data;
+    PlainData data;
     QSignalSpy recording(&data, &AbstractData::recordingChanged);
     data.setRecordPath(folder.filePath("a.csv"));
     data.setRecording(true);
@@ -292,7 +292,7 @@ TEST(AbstractData, startingTwiceOpensOneFile)
 TEST(AbstractData, withoutAFileWriteDoesNothing)
 {
     const LogCatcher log;
-    Samples data;
+    PlainData data;
     data.write("lost\n");
     EXPECT_TRUE(log.lines().isEmpty());
 }
@@ -300,7 +300,7 @@ TEST(AbstractData, withoutAFileWriteDoesNothing)
 TEST(AbstractData, withoutAPathTheFlagStaysAndNothingOpens)
 {
     const LogCatcher log;
-    Samples data;
+    PlainData data;
     QSignalSpy recording(&data, &AbstractData::recordingChanged);
     data.setRecording(true);
     EXPECT_EQ(log.lines(), QStringList{"debug: Set file path before recoring"});
@@ -316,7 +316,7 @@ TEST(AbstractData, aFileThatCannotBeOpenedIsReportedAndKept)
 {
     const QTemporaryDir folder;
     const LogCatcher log;
-    Samples data;
+    PlainData data;
     data.setRecordPath(folder.filePath("none/a.csv"));
     data.setRecording(true);
     EXPECT_EQ(log.lines(), QStringList{"warning: Failed to open file: \"" + data.recordPath() + "\""});
@@ -336,7 +336,7 @@ TEST(AbstractData, aFileThatCannotBeOpenedIsReportedAndKept)
 TEST(AbstractData, theSignalLeavesBeforeTheFileOpens)
 {
     const QTemporaryDir folder;
-    Samples data;
+    PlainData data;
     data.setRecordPath(folder.filePath("a.csv"));
     bool existed = true;
     QObject::connect(
@@ -351,7 +351,7 @@ TEST(AbstractData, destructionEndsARecordingCleanly)
     const QTemporaryDir folder;
     const QString path = folder.filePath("a.csv");
     {
-        Samples data;
+        PlainData data;
         data.setRecordPath(path);
         data.setRecording(true);
         data.write("last line\n");
@@ -362,7 +362,7 @@ TEST(AbstractData, destructionEndsARecordingCleanly)
 TEST(AbstractData, aStopInMidSampleLosesNoLineHalfway)
 {
     const QTemporaryDir folder;
-    Samples data;
+    PlainData data;
     data.firstLine = "header";
     data.setRecordPath(folder.filePath("a.csv"));
     std::atomic<bool> done{false};

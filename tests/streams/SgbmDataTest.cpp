@@ -46,7 +46,7 @@ qv::SgbmImage disparity(std::size_t width, std::size_t height, const Bytes &samp
     return record(0, width, height, bufferOf(samples), samples.size());
 }
 
-Samples counting(std::size_t count, int first = 1000)
+Samples countingUp(std::size_t count, int first = 1000)
 {
     Samples samples;
     for (std::size_t i = 0; i < count; ++i)
@@ -340,7 +340,7 @@ TEST_F(Sgbm, theRateIsReportedEachSecond)
         EXPECT_EQ(sgbm->frameRate(), rate);
     });
     for (int i = 0; i < 3; ++i)
-        vsc->deliver(depth(8, 4, counting(32)));
+        vsc->deliver(depth(8, 4, countingUp(32)));
     fireTimers(*sgbm);
     fireTimers(*sgbm);
     EXPECT_EQ(rates, (QList<int>{3, 0}));
@@ -350,7 +350,7 @@ TEST_F(Sgbm, framesOfTheOtherKindAndDamagedOnesAreDropped)
 {
     run();
     QSignalSpy update(sgbm->image(), &ImageData::update);
-    const auto good = depth(8, 4, counting(32));
+    const auto good = depth(8, 4, countingUp(32));
     vsc->deliver(disparity(8, 4, Bytes(32, 1)));
     auto unknown = good;
     unknown.type = 2;
@@ -380,7 +380,7 @@ TEST_F(Sgbm, framesOfTheOtherKindAndDamagedOnesAreDropped)
 TEST_F(Sgbm, theFrameIsColourWithTheSizeOfItsSamples)
 {
     run();
-    vsc->deliver(depth(8, 4, counting(32)));
+    vsc->deliver(depth(8, 4, countingUp(32)));
     const ImageData::Frame frame = sgbm->image()->frame();
     EXPECT_EQ(frame.type, int(ImageData::Color));
     EXPECT_EQ(frame.width, 8);
@@ -393,7 +393,7 @@ TEST_F(Sgbm, plainColoursBetweenTheDistances)
     run();
     sgbm->setMinDistance(250);
     sgbm->setMaxDistance(1000);
-    Samples samples = counting(64 * 13, 200);
+    Samples samples = countingUp(64 * 13, 200);
     samples[0] = 0;
     samples[1] = 65535;
     samples[2] = 250;
@@ -407,7 +407,7 @@ TEST_F(Sgbm, theRangeEndsWhereThePairSeesNoFurther)
 {
     run();
     ASSERT_LT(seenAt64, 8.0);
-    const Samples samples = counting(64 * 40, 500);
+    const Samples samples = countingUp(64 * 40, 500);
     vsc->deliver(depth(64, 40, samples));
     EXPECT_EQ(shown(sgbm->image()), plainColours(samples, 0.1, seenAt64));
     sgbm->setFOV(30);
@@ -433,7 +433,7 @@ TEST_F(Sgbm, aWiderPairSeesFurther)
 TEST_F(Sgbm, schemesAreColourMapsWhileHolesAreFilled)
 {
     run();
-    const Samples samples = counting(64 * 40, 0);
+    const Samples samples = countingUp(64 * 40, 0);
     const Bytes levels = greyLevels(samples, 0.1, seenAt64);
     for (const int scheme : {1, 2, 11}) {
         sgbm->setColorIndex(scheme);
@@ -454,19 +454,19 @@ TEST_F(Sgbm, anUnknownSchemeIsAnEmptyPicture)
     for (const int unknown : {4711, -1}) {
         sgbm->setColorIndex(unknown);
         QSignalSpy update(sgbm->image(), &ImageData::update);
-        EXPECT_NO_THROW(vsc->deliver(depth(8, 4, counting(32))));
+        EXPECT_NO_THROW(vsc->deliver(depth(8, 4, countingUp(32))));
         EXPECT_EQ(update.count(), 1);
         EXPECT_EQ(sgbm->image()->data(), nullptr) << unknown;
     }
     sgbm->setColorIndex(1);
-    vsc->deliver(depth(8, 4, counting(32)));
+    vsc->deliver(depth(8, 4, countingUp(32)));
     EXPECT_NE(sgbm->image()->data(), nullptr);
 }
 
 TEST_F(Sgbm, anEmptyOrTurnedRangeGivesDefinedBytes)
 {
     run();
-    const auto frame = depth(64, 40, counting(64 * 40, 0));
+    const auto frame = depth(64, 40, countingUp(64 * 40, 0));
     sgbm->setMaxDistance(2000);
     for (const int nearest : {2000, 3000}) {
         sgbm->setMinDistance(nearest);
@@ -513,7 +513,7 @@ TEST_F(Sgbm, theReadOutIsThePixelItself)
     run();
     QList<int> depths;
     QObject::connect(sgbm.get(), &SgbmData::depthChanged, [&](int value) { depths << value; });
-    const auto frame = depth(8, 4, counting(32, 60000));
+    const auto frame = depth(8, 4, countingUp(32, 60000));
     vsc->deliver(frame);
     EXPECT_TRUE(depths.isEmpty()) << "no pixel named";
     EXPECT_EQ(sgbm->depth(), 0);
@@ -534,7 +534,7 @@ TEST_F(Sgbm, outsideTheFrameNothingIsRead)
     run();
     sgbm->setX(1);
     sgbm->setY(1);
-    const auto frame = depth(8, 4, counting(32));
+    const auto frame = depth(8, 4, countingUp(32));
     vsc->deliver(frame);
     QSignalSpy depthSpy(sgbm.get(), &SgbmData::depthChanged);
     constexpr int most = std::numeric_limits<int>::max(), least = std::numeric_limits<int>::min();
@@ -661,7 +661,7 @@ TEST(SgbmPictures, wideDisparityIsShiftedIntoAByte)
 
 TEST(SgbmPictures, depthToPixelsReadsAndWritesItsPixelsOnly)
 {
-    const Samples samples = counting(9, 300);
+    const Samples samples = countingUp(9, 300);
     Bytes source(2 * 9 + 1), colors(3 * 9 + 8, 0xAA);
     std::memcpy(source.data() + 1, samples.data(), 18); // at an odd address
     SgbmColors painter;
@@ -676,11 +676,11 @@ TEST(SgbmPictures, depthToPixelsReadsAndWritesItsPixelsOnly)
 TEST_F(Sgbm, aPictureThatSomebodyHoldsIsNotOverwritten)
 {
     run();
-    vsc->deliver(depth(64, 4, counting(256, 500)));
+    vsc->deliver(depth(64, 4, countingUp(256, 500)));
     const auto held = sgbm->image()->data();
     const Bytes before = shown(sgbm->image());
     for (int i = 0; i < 6; ++i)
-        vsc->deliver(depth(64, 4, counting(256, 1500)));
+        vsc->deliver(depth(64, 4, countingUp(256, 1500)));
     EXPECT_EQ(Bytes(held.get(), held.get() + before.size()), before);
 }
 
@@ -688,12 +688,12 @@ TEST_F(Sgbm, saveWritesTheFirstThirdAsGrey)
 {
     const QTemporaryDir folder;
     const QString path = folder.filePath("sbgm.png");
-    vsc->deliver(depth(64, 4, counting(256, 500)));
+    vsc->deliver(depth(64, 4, countingUp(256, 500)));
     EXPECT_FALSE(sgbm->save(path)) << "stopped";
     run();
     EXPECT_FALSE(sgbm->save(path)) << "no frame yet";
     EXPECT_FALSE(QFile::exists(path));
-    vsc->deliver(depth(63, 4, counting(252, 500)));
+    vsc->deliver(depth(63, 4, countingUp(252, 500)));
     EXPECT_TRUE(sgbm->save(path));
     const QImage image = QImage(path).convertToFormat(QImage::Format_Grayscale8);
     ASSERT_EQ(image.size(), QSize(63, 4));
@@ -711,7 +711,7 @@ TEST_F(Sgbm, destructionUnregistersAndDoesNotStop)
     const auto callback = vsc->callbacks.held().at(0);
     sgbm.reset();
     EXPECT_THAT(vsc->takeCalls(), ElementsAre("unregisterCallback(1)"));
-    callback(depth(8, 4, counting(32)));
+    callback(depth(8, 4, countingUp(32)));
     sgbm = std::make_unique<SgbmData>(vsc.get(), nullptr);
     sgbm.reset();
     EXPECT_THAT(vsc->takeCalls(), IsEmpty());

@@ -27,7 +27,7 @@ namespace {
 using Millimetres = std::vector<std::int16_t>;
 using Metres = std::vector<float>;
 
-qv::DepthImage record(
+qv::DepthImage tofRecord(
     int type, std::size_t width, std::size_t height, pictures::Buffer data, std::size_t bytes)
 {
     qv::DepthImage image;
@@ -41,17 +41,17 @@ qv::DepthImage record(
 
 qv::DepthImage millimetres(std::size_t width, std::size_t height, const Millimetres &samples)
 {
-    return record(0, width, height, bufferOf(samples), samples.size() * 2);
+    return tofRecord(0, width, height, bufferOf(samples), samples.size() * 2);
 }
 
 qv::DepthImage metres(std::size_t width, std::size_t height, const Metres &samples)
 {
-    return record(1, width, height, bufferOf(samples), samples.size() * 4);
+    return tofRecord(1, width, height, bufferOf(samples), samples.size() * 4);
 }
 
 /// Samples 1000, 1001, ... for a frame of `width * height`.
 template <class Sample>
-std::vector<Sample> counting(std::size_t count, double scale)
+std::vector<Sample> ramp(std::size_t count, double scale)
 {
     std::vector<Sample> samples;
     for (std::size_t i = 0; i < count; ++i)
@@ -61,12 +61,12 @@ std::vector<Sample> counting(std::size_t count, double scale)
 
 qv::DepthImage countingMillimetres(std::size_t width, std::size_t height)
 {
-    return millimetres(width, height, counting<std::int16_t>(width * height, 1));
+    return millimetres(width, height, ramp<std::int16_t>(width * height, 1));
 }
 
 qv::DepthImage countingMetres(std::size_t width, std::size_t height)
 {
-    return metres(width, height, counting<float>(width * height, 0.001));
+    return metres(width, height, ramp<float>(width * height, 0.001));
 }
 
 std::vector<float> shown(const TofData &tof)
@@ -726,7 +726,7 @@ TEST_F(Tof, theLastFrameIsNotWrittenToByAPicture)
     run();
     tof->setMaxDistance(1.5);
     const auto frame = countingMetres(64, 48);
-    const std::vector<float> before = counting<float>(64 * 48, 0.001);
+    const std::vector<float> before = ramp<float>(64 * 48, 0.001);
     camera->deliver(frame);
     tof->toMat();
     EXPECT_EQ(shown(*tof), before);
