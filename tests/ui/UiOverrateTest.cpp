@@ -81,9 +81,12 @@ public:
 
     void stop()
     {
+        if (!m_thread.joinable())
+            return;
+        // The interface goes on meanwhile, or the last click would wait for this.
         m_ends = true;
-        if (m_thread.joinable())
-            m_thread.join();
+        waitFor([this] { return m_ended.load(); }, minute);
+        m_thread.join();
         QCoreApplication::processEvents();
     }
 
@@ -98,6 +101,7 @@ private:
             QMetaObject::invokeMethod(
                 m_box, [this, clicked] { click(clicked); }, Qt::QueuedConnection);
         }
+        m_ended = true;
     }
 
     void click(std::chrono::steady_clock::time_point clicked)
@@ -114,6 +118,7 @@ private:
     QQuickItem *const m_box;
     std::vector<double> m_times; ///< of the interface's thread
     std::atomic<bool> m_ends{false};
+    std::atomic<bool> m_ended{false};
     std::thread m_thread;
 };
 
