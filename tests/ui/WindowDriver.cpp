@@ -177,6 +177,9 @@ void WindowDriver::reveal(QQuickItem *item)
 
 QImage WindowDriver::grab()
 {
+    // A picture of the window is preceded by this, and a 3D scene that has changed waits for it; a grab alone
+    // doesn't send it.
+    emit window()->afterAnimating();
     return window()->grabWindow();
 }
 
