@@ -5,10 +5,6 @@
 
 namespace sim {
 
-namespace {
-
-} // namespace
-
 std::shared_ptr<ReplayColor> ReplayColor::make(
     const RgbdRecording &recording, const Timeline &timeline, ColorCodec codec)
 {

@@ -6,10 +6,6 @@
 
 namespace sim {
 
-namespace {
-
-} // namespace
-
 ReplayFisheye::ReplayFisheye(const Recording &recording, const Timeline &timeline)
     : m_schedule(std::make_shared<const LoopSchedule>(
         timeline.playTimes(), timeline.duration(), timeline.origin(), LoopSchedule::pictureBacklog))

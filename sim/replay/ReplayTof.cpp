@@ -5,10 +5,6 @@
 
 namespace sim {
 
-namespace {
-
-} // namespace
-
 std::shared_ptr<ReplayTof> ReplayTof::make(const RgbdRecording &recording, const Timeline &timeline)
 {
     std::vector<double> play;
