@@ -18,7 +18,7 @@ class ImuData : public AbstractData {
 
 public:
     /// Throws `std::runtime_error` on a null sensor; starts it otherwise.
-    ImuData(std::shared_ptr<qv::ImuSensor> imuSensor, QObject *parent);
+    explicit ImuData(std::shared_ptr<qv::ImuSensor> imuSensor, QObject *parent = nullptr);
     ~ImuData() override;
 
     /// In m/s^2.

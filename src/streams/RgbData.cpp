@@ -156,7 +156,16 @@ QImage RgbData::toImage() const
 cv::Mat RgbData::toMat() const
 try {
     const ImageData::Frame frame = m_image->frame();
-    return frame.type == ImageData::JPEG ? decodedJpeg(frame) : convertedYuv(frame);
+    switch (frame.type) {
+    case ImageData::YUYV:
+    case ImageData::YUV420p:
+        return convertedYuv(frame);
+    case ImageData::JPEG:
+        return decodedJpeg(frame);
+    default:
+        return frame.width > 0 && frame.height > 0 ? cv::Mat(frame.height, frame.width, CV_8UC3, cv::Scalar())
+                                                   : cv::Mat();
+    }
 } catch (const cv::Exception &) {
     return {};
 }

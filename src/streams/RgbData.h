@@ -20,7 +20,7 @@ class RgbData : public AbstractImageData {
 
 public:
     /// Throws `std::runtime_error` on a null camera. Registers and starts nothing.
-    RgbData(std::shared_ptr<qv::ColorCamera> colorCamera, QObject *parent);
+    explicit RgbData(std::shared_ptr<qv::ColorCamera> colorCamera, QObject *parent = nullptr);
     ~RgbData() override;
 
     /// Frames of the first camera.

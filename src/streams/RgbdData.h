@@ -15,7 +15,7 @@ class RgbdData : public AbstractImageData {
     Q_PROPERTY(bool enable READ enable NOTIFY enableChanged)
 
 public:
-    RgbdData(std::shared_ptr<qv::TofCamera> tofCamera, QObject *parent);
+    explicit RgbdData(std::shared_ptr<qv::TofCamera> tofCamera, QObject *parent = nullptr);
     ~RgbdData() override;
 
     ImageData *image() const;

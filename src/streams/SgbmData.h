@@ -33,7 +33,7 @@ class SgbmData : public QObject, public DepthProbe {
 
 public:
     /// Throws `std::runtime_error` on a null unit, which has to outlive this model otherwise.
-    SgbmData(qv::Vsc *vsc, QObject *parent);
+    explicit SgbmData(qv::Vsc *vsc, QObject *parent = nullptr);
     ~SgbmData() override;
 
     ImageData *image() const;

@@ -34,7 +34,7 @@ public:
     /// A model without cameras, as a QML document makes it: every operation is harmless.
     explicit StereoData(QObject *parent = nullptr);
     /// Throws `std::runtime_error` on null cameras. Leaves the stream stopped, with all callbacks registered.
-    StereoData(std::shared_ptr<qv::FisheyeCameras> fisheyeCameras, QObject *parent);
+    explicit StereoData(std::shared_ptr<qv::FisheyeCameras> fisheyeCameras, QObject *parent = nullptr);
     ~StereoData() override;
 
     int gain() const;

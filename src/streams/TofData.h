@@ -29,7 +29,7 @@ class TofData : public AbstractImageData, public DepthProbe {
 
 public:
     /// Throws `std::runtime_error` on a null camera.
-    TofData(std::shared_ptr<qv::TofCamera> tof, QObject *parent);
+    explicit TofData(std::shared_ptr<qv::TofCamera> tof, QObject *parent = nullptr);
     ~TofData() override;
 
     ImageData *image() const;

@@ -12,7 +12,7 @@ class TofIrData : public AbstractImageData {
     Q_PROPERTY(int manufacturer READ manufacturer WRITE setManufacturer NOTIFY manufacturerChanged)
 
 public:
-    TofIrData(std::shared_ptr<qv::TofCamera> tof, QObject *parent);
+    explicit TofIrData(std::shared_ptr<qv::TofCamera> tof, QObject *parent = nullptr);
     ~TofIrData() override;
 
     ImageData *image() const;

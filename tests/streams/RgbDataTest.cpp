@@ -216,6 +216,15 @@ TEST_F(Rgb, aHeldStreamIsNotStopped)
     camera->deliver(yuyv(4, 4, 1, 2, 3));
     EXPECT_NE(rgb->image()->data(), nullptr);
 
+    rgb->control(true, 1);
+    camera->takeCalls();
+    running.clear();
+    rgb->control(false, 1);
+    EXPECT_THAT(camera->takeCalls(), ElementsAre("unregisterCallback2(1)", "stopCamera(1)"))
+        << "the second camera isn't held";
+    ASSERT_EQ(running.count(), 1);
+    EXPECT_EQ(running[0][0].toInt(), 3);
+
     EXPECT_FALSE(rgb->startOrStop(false)) << "not running, so nothing to let go";
     rgb->control(true);
     EXPECT_TRUE(rgb->startOrStop(false));
@@ -228,6 +237,11 @@ TEST_F(Rgb, startOrStopAnswersTheStart)
 {
     camera->startResult = false;
     EXPECT_FALSE(rgb->startOrStop(true));
+    EXPECT_FALSE(rgb->startOrStop(true));
+    camera->startResult = true;
+    EXPECT_TRUE(rgb->startOrStop(true)) << "held, but not running";
+    EXPECT_THAT(camera->takeCalls(),
+        ElementsAre("registerCallback", "start", "registerCallback", "start", "registerCallback", "start"));
     run();
     EXPECT_FALSE(rgb->startOrStop(true)) << "running already";
     EXPECT_THAT(camera->calls(), IsEmpty());
@@ -323,6 +337,9 @@ TEST_F(Rgb, isEnable2CanBeWritten)
     rgb->setProperty("isEnable2", false);
     EXPECT_EQ(changed.count(), 1);
     EXPECT_FALSE(rgb->isEnable2());
+    rgb->control(true, 1);
+    EXPECT_EQ(changed.count(), 2) << "false already while the camera starts";
+    EXPECT_TRUE(rgb->isEnable2());
 }
 
 TEST_F(Rgb, frameRateReachesCameraAndRecorder)
@@ -333,7 +350,8 @@ TEST_F(Rgb, frameRateReachesCameraAndRecorder)
     EXPECT_TRUE(log.lines().isEmpty());
     EXPECT_THAT(camera->calls(), IsEmpty());
     rgb->setFramerate(15);
-    EXPECT_EQ(rate.count(), 1);
+    ASSERT_EQ(rate.count(), 1);
+    EXPECT_EQ(rate[0][0].toInt(), 15);
     EXPECT_EQ(log.lines(), QStringList{"debug: Set framerate to 15"});
     EXPECT_THAT(camera->calls(), ElementsAre("setFramerate(15)"));
 }
@@ -364,7 +382,8 @@ TEST_F(Rgb, modeGoesNowhere)
     QSignalSpy mode(rgb.get(), &RgbData::modeChanged);
     rgb->setMode(0);
     rgb->setMode(2);
-    EXPECT_EQ(mode.count(), 1);
+    ASSERT_EQ(mode.count(), 1);
+    EXPECT_EQ(mode[0][0].toInt(), 2);
     EXPECT_THAT(camera->calls(), IsEmpty());
 }
 
@@ -373,7 +392,10 @@ TEST_F(Rgb, knownResolutionsAreSentAllAreAnnounced)
     QSignalSpy resolution(rgb.get(), &RgbData::resolutionChanged);
     for (const int value : {0, 7, 4, 1, 2, 3, -1, 5, 0})
         rgb->setResolution(value);
-    EXPECT_EQ(resolution.count(), 8);
+    QList<int> announced;
+    for (const QList<QVariant> &arguments : resolution)
+        announced << arguments[0].toInt();
+    EXPECT_EQ(announced, (QList<int>{7, 4, 1, 2, 3, -1, 5, 0}));
     EXPECT_THAT(camera->calls(),
         ElementsAre("setResolution(4)", "setResolution(1)", "setResolution(2)", "setResolution(3)",
             "setResolution(0)"));
@@ -454,6 +476,15 @@ TEST_F(Rgb, beforeTheFirstFrameThereIsNoPicture)
     run();
     EXPECT_TRUE(rgb->save(folder.filePath("a.png"))) << "it is running";
     EXPECT_FALSE(QFile::exists(folder.filePath("a.png")));
+}
+
+TEST_F(Rgb, ofATypeWithoutAConversionOnlyTheSizeIsKnown)
+{
+    rgb->image()->set(4, 2, bufferOf(std::vector<unsigned char>(24)), 24);
+    const cv::Mat matrix = rgb->toMat();
+    EXPECT_EQ(matrix.size(), cv::Size(4, 2));
+    EXPECT_EQ(matrix.type(), CV_8UC3);
+    EXPECT_EQ(rgb->toImage().size(), QSize(4, 2));
 }
 
 TEST_F(Rgb, saveAnswersWhetherTheCameraRuns)
