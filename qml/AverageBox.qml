@@ -10,6 +10,8 @@ Rectangle {
     // ratio itself: it is read again once the paint is over.
     property real ratio: 0
 
+    signal doubleClicked()
+
     width: 50
     height: 50
     x: picture ? picture.topLeftPoint.x + picture.sourceWidth * ratio / 2 : 0
@@ -77,6 +79,7 @@ Rectangle {
         anchors.fill: parent
         drag.target: control
         drag.axis: Drag.XAndYAxis
+        onDoubleClicked: control.doubleClicked()
         drag.onActiveChanged: {
             // An assignment cuts the bindings to the middle: the box stays where it is dropped.
             if (drag.active) {

@@ -15,6 +15,12 @@ Item {
     readonly property bool landscape: width > height
     property real rcScale: 0.9
     property alias saveSettings: presets.saveSettings
+    readonly property alias unusedModel: content.unusedModel
+    readonly property alias uniqueModel: content.uniqueModel
+    readonly property alias sideModel: content.sideModel
+    readonly property alias gridView: content.gridView
+    readonly property alias uniqueView: content.uniqueView
+    readonly property alias sideView: content.sideView
 
     readonly property bool compact: width < 750
     property bool completed: false
@@ -76,6 +82,14 @@ Item {
         return !!camera && !!camera[model]
     }
 
+    /// Whether the ToF switch may be clicked. What the other models have as a property is a method here.
+    function tofReady() {
+        if (!has("tof"))
+            return true
+        const ready = camera.tof.isEnable
+        return typeof ready === "function" ? camera.tof.isEnable() : ready
+    }
+
     function madeBy(manufacturer) {
         return has("tof") && camera.tof.manufacturer === manufacturer
     }
@@ -89,10 +103,11 @@ Item {
 
     // Presets
 
-    /// Moves the controls to the given values, in the order of the presets' table; their handlers reach the device.
-    /// What a damaged or foreign store holds beyond a control's entries, or where it holds an empty text for a number,
-    /// leaves that control as it is.
-    function setAllSettings(values) {
+    /// Moves the controls to the values that it is called with, one an argument, in the order of the presets' table;
+    /// their handlers reach the device. What a damaged or foreign store holds beyond a control's entries, or where it
+    /// holds an empty text for a number, leaves that control as it is.
+    function setAllSettings() {
+        const values = arguments
         presetControls.forEach(function(entry, i) {
             const control = entry[0]
             const property = entry[1]
@@ -117,10 +132,10 @@ Item {
             return
         const index = allSettingsCombobox.currentIndex
         if (index === 0) {
-            setAllSettings(presets.defaults())
+            setAllSettings.apply(view, presets.defaults())
         } else if (index > 0) {
             fallbacks.sgbmResolution = has("sgbm") ? camera.sgbm.resolution : 0
-            setAllSettings(presets.values(index - 1, fallbacks))
+            setAllSettings.apply(view, presets.values(index - 1, fallbacks))
         }
     }
 
@@ -673,7 +688,7 @@ Item {
 
                             compact: view.compact
                             enabled: view.has("tof")
-                            ready: !view.has("tof") || camera.tof.isEnable()
+                            ready: view.tofReady()
                             ButtonGroup.group: group
                             onCheckedChanged: {
                                 content.requestUpdateGrid()
@@ -683,8 +698,8 @@ Item {
                                 }
                             }
                             // Nothing tells when the model settles, so each press asks it anew.
-                            onPressed: if (view.has("tof")) ready = camera.tof.isEnable()
-                            onClicked: if (camera.tof.isEnable()) camera.tof.control(checked)
+                            onPressed: ready = view.tofReady()
+                            onClicked: if (view.has("tof") && view.tofReady()) camera.tof.control(checked)
                         }
                     }
 
@@ -1239,6 +1254,7 @@ Item {
                             id: sgbmZoomSpinBox
                             objectName: "sgbmZoomSpinBox"
 
+                            width: 0.6 * buttonColumn.width
                             caption: qsTr("Zoom [%]")
                             from: 100
                             to: 500
@@ -1251,6 +1267,7 @@ Item {
                             id: sgbmBaselineSpinBox
                             objectName: "sgbmBaselineSpinBox"
 
+                            width: 0.6 * buttonColumn.width
                             caption: qsTr("baseline [mm]")
                             from: 1
                             to: 120
@@ -1262,6 +1279,7 @@ Item {
                             id: sgbmFovSpinBox
                             objectName: "sgbmFovSpinBox"
 
+                            width: 0.6 * buttonColumn.width
                             caption: qsTr("FOV [px]")
                             from: 50
                             to: 300
@@ -1273,6 +1291,7 @@ Item {
                             id: sgbmMaxDisparitySpinBox
                             objectName: "sgbmMaxDisparitySpinBox"
 
+                            width: 0.6 * buttonColumn.width
                             caption: qsTr("Confidence [px]")
                             from: 0
                             to: 255
@@ -1285,6 +1304,7 @@ Item {
                             id: sgbmModeSpinBox
                             objectName: "sgbmModeSpinBox"
 
+                            width: 0.6 * buttonColumn.width
                             caption: qsTr("Mode")
                             from: 0
                             to: 2
@@ -1295,6 +1315,7 @@ Item {
                             id: sgbmMaxDistanceSpinBox
                             objectName: "sgbmMaxDistanceSpinBox"
 
+                            width: 0.6 * buttonColumn.width
                             caption: qsTr("Max Distance[mm]")
                             from: 1001
                             to: 65535
@@ -1306,6 +1327,7 @@ Item {
                             id: sgbmMinDistanceSpinBox
                             objectName: "sgbmMinDistanceSpinBox"
 
+                            width: 0.6 * buttonColumn.width
                             caption: qsTr("Min Distance[mm]")
                             from: 1
                             to: 65535
@@ -1326,6 +1348,7 @@ Item {
                                 id: sgbmHoleSizeSpinBox
                                 objectName: "sgbmHoleSizeSpinBox"
 
+                                width: 0.6 * buttonColumn.width
                                 caption: qsTr("Hole size")
                                 from: 0
                                 to: 5
@@ -1337,6 +1360,7 @@ Item {
                                 id: sgbmHoleMinSpinBox
                                 objectName: "sgbmHoleMinSpinBox"
 
+                                width: 0.6 * buttonColumn.width
                                 caption: qsTr("Hole min")
                                 from: 1
                                 to: 1000
@@ -1348,6 +1372,7 @@ Item {
                                 id: sgbmHoleMaxSpinBox
                                 objectName: "sgbmHoleMaxSpinBox"
 
+                                width: 0.6 * buttonColumn.width
                                 caption: qsTr("Hole max")
                                 from: 1001
                                 to: 65535
@@ -1368,6 +1393,7 @@ Item {
                                 id: sgbmCenterWidthSpinBox
                                 objectName: "sgbmCenterWidthSpinBox"
 
+                                width: 0.6 * buttonColumn.width
                                 caption: qsTr("AVG PX Width")
                                 from: 1
                                 to: 100
@@ -1383,6 +1409,7 @@ Item {
                                 id: sgbmCenterHeightSpinBox
                                 objectName: "sgbmCenterHeightSpinBox"
 
+                                width: 0.6 * buttonColumn.width
                                 caption: qsTr("AVG PX Height")
                                 from: 1
                                 to: 100

@@ -50,7 +50,7 @@ Flickable {
         Rectangle {
             color: "#3E4D59"
             border.color: "#d7cfcf"
-            Layout.preferredWidth: 0.9 * layout.width
+            Layout.preferredWidth: 0.9 * control.width
             Layout.preferredHeight: control.height / 3
 
             ScrollView {
@@ -96,7 +96,7 @@ Flickable {
         Rectangle {
             color: "#3E4D59"
             border.color: "#d7cfcf"
-            Layout.preferredWidth: 0.9 * layout.width
+            Layout.preferredWidth: 0.9 * control.width
             Layout.preferredHeight: control.height / 3
 
             Flickable {

@@ -11,6 +11,8 @@ Column {
     property url model
     property alias caption: label.text
     property alias field: field
+    property alias text: field.text
+    property alias readOnly: field.readOnly
     property int indent: 0
 
     /// A file was picked; `model` already holds it.

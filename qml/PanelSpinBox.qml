@@ -1,14 +1,13 @@
 import QtQuick 2.13
 import QtQuick.Controls 2.13
 
-// An editable spin box, 0.6 of the row wide, with its caption at the right.
+// An editable spin box with its caption at the right, in the rest of the row.
 SpinBox {
     id: control
 
     property alias caption: label.text
     readonly property real rowWidth: parent ? parent.width : 0
 
-    width: 0.6 * rowWidth
     height: 40
     editable: true
 

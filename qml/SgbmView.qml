@@ -69,6 +69,7 @@ DisplayItem {
             picture: painter
             stream: control.sgbm
             visible: control.sgbmCenterPixelSwitchChecked
+            onDoubleClicked: control.doubleClicked()
         }
     }
 

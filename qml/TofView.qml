@@ -90,6 +90,7 @@ DisplayItem {
             picture: painter
             stream: control.tof
             visible: control.tofCenterPixelSwitchChecked
+            onDoubleClicked: control.doubleClicked()
             // The new width came before the ratio that belongs to it, and a box that was dropped doesn't move.
             onRatioChanged: {
                 sendX()
@@ -289,7 +290,7 @@ DisplayItem {
 
         ComboBox {
             id: combox
-            objectName: "fpsCombox"
+            objectName: "combox"
             model: ["5", "10", "15", "20", "25", "30"]
             currentIndex: 5
             onCurrentIndexChanged: {

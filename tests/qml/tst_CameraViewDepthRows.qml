@@ -104,7 +104,7 @@ Item {
                 compare(findChild(item, "valueLabel").width, row.valueWidth)
             if (/SpinBox$/.test(row.tag)) {
                 verify(item.editable)
-                compare(item.width, 0.6 * item.parent.width)
+                compare(item.width, 0.6 * control("buttonColumn").width)
             }
         }
 

@@ -114,6 +114,12 @@ Item {
             compareAll(3)
         }
 
+        function test_settingsCanBeGivenOneAnArgument() {
+            open()
+            page.setAllSettings.apply(page, table.map(function(row) { return row[4] }))
+            compareAll(4)
+        }
+
         function test_aPresetHoldsTheWholeTable() {
             open()
             moveAll(4)

@@ -118,7 +118,7 @@ Item {
                 verify(!slider.visible)
             })
             var boxes = [["modeComboBox", 1, 6], ["distanceModeComboBox", 1, 3], ["frequencyCombox", 0, 2],
-                         ["resolutionCombox", 0, 2], ["fpsCombox", 5, 6], ["sonyTofModecombox", 0, 3]]
+                         ["resolutionCombox", 0, 2], ["combox", 5, 6], ["sonyTofModecombox", 0, 3]]
             boxes.forEach(function(row) {
                 compare([find(view, row[0]).currentIndex, find(view, row[0]).count], row.slice(1), row[0])
             })

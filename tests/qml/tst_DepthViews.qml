@@ -156,6 +156,18 @@ Item {
             compare([camera.lastOf("setX"), camera.lastOf("setY")], [50, 100])
         }
 
+        function test_flipsDontMoveThePixel_data() { return both() }
+
+        // The numbers are those of the frame as it came, whichever way it is shown.
+        function test_flipsDontMoveThePixel(data) {
+            open(data)
+            view.horizontalFlip = true
+            view.verticalFlip = true
+            mouseMove(view, 101, 241)
+            compare([view._x, view._y], [50, 100])
+            compare([camera.lastOf("setX"), camera.lastOf("setY")], [50, 100])
+        }
+
         function test_aPointerThatLeapsInTellsItsPixel_data() { return both() }
 
         function test_aPointerThatLeapsInTellsItsPixel(data) {
@@ -192,6 +204,17 @@ Item {
             view.optionsVisible = false
             mouseClick(view, 300, 300)
             compare(view.optionsVisible, false)
+        }
+
+        function test_aDoubleClickOnTheBoxIsOneOnTheView_data() { return both() }
+
+        function test_aDoubleClickOnTheBoxIsOneOnTheView(data) {
+            open(data)
+            const box = find(view, "centerBox")
+            view.optionsVisible = true
+            box.visible = true
+            mouseDoubleClickSequence(box, 10, 10)
+            compare([view.maximized, view.optionsVisible], [true, false])
         }
 
         function test_boxStandsAtTheMiddle_data() { return both() }
@@ -325,7 +348,7 @@ Item {
                 item.checked = !item.checked
                 ++worked
             })
-            names = ["modeComboBox", "distanceModeComboBox", "frequencyCombox", "resolutionCombox", "fpsCombox",
+            names = ["modeComboBox", "distanceModeComboBox", "frequencyCombox", "resolutionCombox", "combox",
                      "sonyTofModecombox", "sgbmResolutionComboBox"]
             names.forEach(function(name) {
                 var item = findChild(view, name)
@@ -394,7 +417,7 @@ Item {
             find(view, "distanceModeComboBox").currentIndex = 2
             find(view, "frequencyCombox").currentIndex = 1
             find(view, "resolutionCombox").currentIndex = 1
-            find(view, "fpsCombox").currentIndex = 2
+            find(view, "combox").currentIndex = 2
             find(view, "sonyTofModecombox").currentIndex = 2
             find(view, "tofCenterPixelSwitch").checked = true
             find(view, "tofShowDepthSwitch").checked = true

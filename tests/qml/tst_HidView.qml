@@ -144,9 +144,9 @@ Item {
 
         function test_boxesHaveTheirShare(data) {
             var box = boxOf(find(view, data.tag))
-            // A twentieth of the height is the margin; the layout has the rest of the width.
+            // A twentieth of the height is the margin.
             compare(box.mapToItem(view, 0, 0).x, 30)
-            compare([box.width, box.height], [0.9 * (400 - 30), 200])
+            compare([box.width, box.height], [360, 200])
             verify(Qt.colorEqual(box.color, "#3E4D59"))
             verify(Qt.colorEqual(box.border.color, "#d7cfcf"))
         }
