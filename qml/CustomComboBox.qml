@@ -69,6 +69,13 @@ ComboBox {
         }
     }
 
+    // After a key no click is on its way that must be held off.
+    Keys.onReleased: {
+        if (event.key === Qt.Key_Escape)
+            isClosed = false
+        event.accepted = false
+    }
+
     MouseArea {
         id: mouseArea
         objectName: "arrowArea"

@@ -247,17 +247,37 @@ Item {
             compare(item.contentItem.leftPadding, 5)
         }
 
-        function test_aKeyThatClosesUnderTheMouseHoldsOffOneClick_data() {
+        function test_escapeDoesNotSwallowTheNextClick_data() {
             return both()
         }
 
-        function test_aKeyThatClosesUnderTheMouseHoldsOffOneClick(data) {
+        function test_escapeDoesNotSwallowTheNextClick(data) {
             var item = boxOf(data)
             var arrow = find(item, "arrowArea")
             mouseMove(arrow, 10, 10)
             mouseClick(arrow)
             tryVerify(opened(item))
             keyClick(Qt.Key_Escape)
+            tryVerify(closed(item))
+            compare(item.isClosed, false)
+            mouseClick(arrow)
+            tryVerify(opened(item))
+            mouseMove(item, 2, 2)
+            item.popup.close()
+            tryVerify(closed(item))
+        }
+
+        function test_closingUnderTheMouseHoldsOffOneClick_data() {
+            return both()
+        }
+
+        function test_closingUnderTheMouseHoldsOffOneClick(data) {
+            var item = boxOf(data)
+            var arrow = find(item, "arrowArea")
+            mouseMove(arrow, 10, 10)
+            mouseClick(arrow)
+            tryVerify(opened(item))
+            item.popup.close()
             tryVerify(closed(item))
             compare(item.isClosed, true)
             mouseClick(arrow)
