@@ -3,6 +3,9 @@
 // What a path is drawn from: packed vertices of all its points, and the indices of those that shape it. Both are
 // kept from one drawing to the next, so that only what came since is worked on.
 
+// A point that is changed in its place is noticed in paths up to this length.
+const mostComparedPoints = 500
+
 // Chooses the points of a growing line that can't be left out: each other one lies within twice the tolerance of
 // the line through those. (Reumann and Witkam's strip, which also ends where the line turns back.)
 class Thinning {
@@ -134,9 +137,14 @@ class PathCache {
     // Moves the vertices that still hold to the front and answers how many they are.
     keep(points) {
         const kept = this.count - this.dropped
-        if (kept <= 0 || kept > points.length || !this.matches(points[0], this.dropped)
-                || !this.matches(points[kept - 1], this.count - 1))
+        if (kept <= 0 || kept > points.length)
             return 0
+        // Looking at each point of a long path would cost more than all the rest.
+        const step = kept <= mostComparedPoints ? 1 : kept - 1
+        for (let i = 0; i < kept; i += step) {
+            if (!this.matches(points[i], this.dropped + i))
+                return 0
+        }
         if (this.dropped > 0)
             this.vertices.copyWithin(0, 3 * this.dropped, 3 * this.count)
         return kept

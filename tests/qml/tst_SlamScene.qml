@@ -301,6 +301,18 @@ Item {
             path.destroy()
         }
 
+        function test_aPointOfAShortPathCanBeChanged() {
+            const path = create(pathComponent)
+            for (let i = 0; i < 5; ++i)
+                path.path.push(point(i, 0, 0))
+            path.pathChanged()
+            path.path[2] = point(2, 9, 0)
+            path.pathChanged()
+            compare(pathVertices(path).slice(6, 9), [2, 9, 0])
+            verify(pathIndices(path).indexOf(2) > 0)
+            path.destroy()
+        }
+
         function test_aStraightPathIsDrawnFromItsEnds() {
             const path = create(pathComponent)
             for (let i = 0; i < 1000; ++i)
