@@ -57,14 +57,15 @@ inline bool rateReaches(QQuickItem *label, int least, int most)
 }
 
 /// What was logged as a warning or worse, without what belongs to a device that lacks a component: Qt's word
-/// on connections to it, the missing edge, and the tool tips of the SLAM view, which have no guard.
+/// on connections to it, the missing edge and extension, and the tool tips of the SLAM view, which have no
+/// guard.
 inline QStringList unexpectedWarnings()
 {
     QStringList warnings;
     for (const QString &warning : LogWatch::warnings()) {
         const bool expected = (warning.startsWith(QLatin1String("QObject::connect("))
                                   && warning.endsWith(QLatin1String("invalid nullptr parameter")))
-            || warning == QLatin1String("No edge") || warning == QLatin1String("No edge_ex")
+            || QStringList{"No edge", "No edge_ex", "No cam_ex"}.contains(warning)
             || (warning.startsWith(QLatin1String("qrc:/SlamView.qml"))
                 && warning.endsWith(QLatin1String("TypeError: Cannot read property 'slam' of null")));
         if (!expected)

@@ -106,6 +106,19 @@ TEST(Plugging, theFirstDeviceAfterThatIsWhole)
     EXPECT_TRUE(rateReaches(WindowDriver::byName("infoLabel", view), 20, 52));
 }
 
+TEST(Plugging, aDeviceWithoutAnythingExtendedRunsAsWell)
+{
+    plug("");
+    ASSERT_TRUE(waitFor([] { return !WindowDriver::page(); }, minute));
+    plug(R"({"profile": "plain", "uuid": "C"})");
+    ASSERT_TRUE(pageAppears());
+    EXPECT_FALSE(model("edge"));
+    setSwitch("stereoButton", true);
+    EXPECT_TRUE(rateReaches(WindowDriver::byName("infoLabel", id("stereoView")), 10, 60));
+    setSwitch("slamButton", true);
+    EXPECT_TRUE(waitFor([] { return model("slam")->property("dataFrameRate").toInt() > 0; }, minute));
+}
+
 TEST(Plugging, nothingUnexpectedIsInTheLog)
 {
     EXPECT_THAT(unexpectedWarnings(), ::testing::IsEmpty());
