@@ -264,6 +264,7 @@ TEST(CameraDevice, plainDeviceWithTofAndColourHasTof3dWithoutAnEdge)
     device->colorComponent = std::make_shared<FakeColorCamera>();
     const Built built = build(device);
     EXPECT_EQ(streamsOf(*built.camera), (Names{"rgb", "tof", "tof3d", "rgbd", "tofIr"}));
+    EXPECT_TRUE(built.camera->tof3d()->rgbAvailable());
     QStringList edge;
     for (const QString &line : built.log)
         if (line.contains(QStringLiteral("edge"), Qt::CaseInsensitive))

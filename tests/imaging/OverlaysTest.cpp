@@ -49,6 +49,19 @@ QJsonObject skeleton(const std::map<int, QPointF> &joints, int count = 18)
     return {{"shape", 1}, {"keypoints", points}};
 }
 
+/// The place of all that has been drawn inside.
+QRect inkOf(const Canvas &canvas, const QRect &inside)
+{
+    QRect ink;
+    for (int y = inside.top(); y <= inside.bottom(); ++y) {
+        for (int x = inside.left(); x <= inside.right(); ++x) {
+            if (canvas.at(x, y) != QColor(Qt::gray).rgb())
+                ink |= QRect(x, y, 1, 1);
+        }
+    }
+    return ink;
+}
+
 QJsonObject labelled(const QString &type, double confidence)
 {
     return {{"type", type}, {"confidence", confidence}};
@@ -187,14 +200,7 @@ TEST(Overlays, labelHasTheSameSizeOnTheScreenAtAnyRatio)
         place.ratio = ratio;
         drawObjects(
             canvas.painter, {boxObject(40 / ratio, 20 / ratio, 300 / ratio, 200 / ratio)}, place, nullptr);
-        QRect ink;
-        for (int y = 25; y < 215; ++y) {
-            for (int x = 45; x < 335; ++x) {
-                if (canvas.at(x, y) != QColor(Qt::gray).rgb())
-                    ink |= QRect(x, y, 1, 1);
-            }
-        }
-        return ink;
+        return inkOf(canvas, {45, 25, 290, 190});
     };
     const QRect plain = labelAt(1);
     ASSERT_GT(plain.width(), 40);
@@ -206,6 +212,17 @@ TEST(Overlays, labelHasTheSameSizeOnTheScreenAtAnyRatio)
         EXPECT_NEAR(label.width(), plain.width(), 0.1 * plain.width()) << ratio;
         EXPECT_NEAR(label.height(), plain.height(), 3) << ratio;
     }
+}
+
+TEST(Overlays, labelWrapsInANarrowBox)
+{
+    const auto heightIn = [](int width) {
+        Canvas canvas({400, 300});
+        drawObjects(canvas.painter, {boxObject(10, 10, width, 250)}, placeOf(400, 300), nullptr);
+        return inkOf(canvas, {12, 12, width - 4, 246}).height();
+    };
+    ASSERT_GT(heightIn(380), 5);
+    EXPECT_GT(heightIn(90), 2 * heightIn(380));
 }
 
 TEST(Overlays, sampledPixelIsHalfOfPositionPlusSize)
@@ -298,6 +315,21 @@ TEST(Overlays, limbTurnsWithItsJoints)
     drawObjects(canvas.painter, {skeleton({{1, {50, 20}}, {2, {50, 80}}})}, placeOf(100, 100), nullptr);
     EXPECT_EQ(canvas.at(50, 35), keypointColors[2].rgb());
     EXPECT_EQ(canvas.at(57, 50), QColor(Qt::gray).rgb());
+}
+
+TEST(Overlays, limbTurnsByWholeDegrees)
+{
+    // atan2(34, 1000) is 1.947 degrees.
+    Canvas limb({1100, 120});
+    drawObjects(limb.painter, {skeleton({{1, {1050, 77}}, {2, {50, 43}}})}, placeOf(1100, 120), nullptr);
+    Canvas turned({1100, 120});
+    turned.painter.setBrush(keypointColors[2]);
+    turned.painter.translate(550, 60);
+    turned.painter.rotate(1);
+    turned.painter.drawEllipse(QPointF(0, 0), std::hypot(1000, 34) / 2, 4);
+    // Between the joints, whose dots lie at the ends.
+    const QRect between(100, 0, 900, 120);
+    EXPECT_TRUE(limb.image.copy(between) == turned.image.copy(between));
 }
 
 TEST(Overlays, skeletonFollowsFlips)

@@ -4,6 +4,7 @@
 #include <Qt3DRender/QAttribute>
 #include <chrono>
 #include <future>
+#include <thread>
 #include <utility>
 
 using Qt3DRender::QAttribute;
@@ -14,6 +15,18 @@ namespace {
 QByteArray triples(std::initializer_list<float> values)
 {
     return {reinterpret_cast<const char *>(values.begin()), int(values.size() * sizeof(float))};
+}
+
+/// One point that another thread brings and announces.
+template <class Cloud>
+void updateElsewhere(Cloud &cloud)
+{
+    std::thread other([&cloud] {
+        cloud.setPoints(triples({1, 2, 3}));
+        cloud.setSize(1);
+        emit cloud.update();
+    });
+    other.join();
 }
 
 } // namespace
@@ -45,6 +58,19 @@ TEST(PointCloudColor, equalColorsAreDroppedAndEqualPointsAreNot)
     EXPECT_EQ(points.count(), 2);
     EXPECT_EQ(colors.count(), 1);
     EXPECT_EQ(cloud.colors(), triples({0, 1, 0}));
+}
+
+TEST(PointCloudColor, itsSizeSignalsOnAChangeAndNothingIsAnUpdate)
+{
+    PointCloudColor cloud;
+    const QSignalSpy size(&cloud, &PointCloudColor::sizeChanged);
+    const QSignalSpy update(&cloud, &PointCloudColor::update);
+    cloud.setSize(1);
+    cloud.setSize(1);
+    cloud.setPoints(triples({1, 2, 3}));
+    cloud.setColors(triples({0, 1, 0}));
+    EXPECT_EQ(size.count(), 1);
+    EXPECT_EQ(update.count(), 0);
 }
 
 // A slot at the signal finds the array locked for every other thread, and the other array free.
@@ -130,6 +156,18 @@ TEST(PointCloudGeometry, updateOfTheHolderMovesBufferAndCount)
     EXPECT_EQ(geometry.attributes().size(), 1);
     EXPECT_EQ(attribute->count(), 1U);
     EXPECT_EQ(attribute->buffer()->data(), triples({1, 2, 3}));
+}
+
+TEST(PointCloudGeometry, anUpdateOfAnotherThreadWaitsForTheInterface)
+{
+    PointCloud cloud;
+    PointCloudGeometry geometry;
+    geometry.setPointCloud(&cloud);
+    updateElsewhere(cloud);
+    EXPECT_EQ(geometry.attributes().first()->count(), 0U);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(geometry.attributes().first()->count(), 1U);
+    EXPECT_EQ(geometry.attributes().first()->buffer()->data(), triples({1, 2, 3}));
 }
 
 TEST(PointCloudGeometry, sameHolderTwiceSignalsOnce)
@@ -262,6 +300,18 @@ TEST(PointCloudColorGeometry, updateOfTheHolderMovesBuffersAndCounts)
     EXPECT_EQ(attributes[1]->count(), 1U);
     EXPECT_EQ(attributes[0]->buffer()->data(), triples({1, 2, 3}));
     EXPECT_EQ(attributes[1]->buffer()->data(), triples({0, 0.5F, 1}));
+}
+
+TEST(PointCloudColorGeometry, anUpdateOfAnotherThreadWaitsForTheInterface)
+{
+    PointCloudColor cloud;
+    PointCloudColorGeometry geometry;
+    geometry.setPointCloud(&cloud);
+    updateElsewhere(cloud);
+    EXPECT_EQ(geometry.attributes()[0]->count(), 0U);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(geometry.attributes()[0]->count(), 1U);
+    EXPECT_EQ(geometry.attributes()[0]->buffer()->data(), triples({1, 2, 3}));
 }
 
 TEST(PointCloudColorGeometry, sameHolderTwiceSignalsOnceAndAnotherTakesItsPlace)

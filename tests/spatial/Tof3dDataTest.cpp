@@ -58,6 +58,7 @@ TEST(Tof3dData, distanceSignalsAlwaysAndTheOthersOnAChange)
     const QSignalSpy distance(&data, &Tof3dData::distanceChanged);
     const QSignalSpy colorize(&data, &Tof3dData::colorizeChanged);
     const QSignalSpy source(&data, &Tof3dData::sourceChanged);
+    const QSignalSpy rgb(&data, &Tof3dData::rgbAvailableChanged);
     data.setDistance(4.5);
     data.setDistance(4.5);
     data.setColorize(true);
@@ -67,6 +68,11 @@ TEST(Tof3dData, distanceSignalsAlwaysAndTheOthersOnAChange)
     EXPECT_EQ(distance.count(), 2);
     EXPECT_EQ(colorize.count(), 1);
     EXPECT_EQ(source.count(), 1);
+    EXPECT_EQ(source.first().first().value<Tof3dData::Source>(), Tof3dData::Source::EDGE);
+    data.setRgbAvailable(true);
+    data.setRgbAvailable(true);
+    ASSERT_EQ(rgb.count(), 1);
+    EXPECT_TRUE(rgb.first().first().toBool());
 }
 
 TEST(Tof3dData, destructionUnregistersMinusOneOnEachComponent)

@@ -16,11 +16,15 @@ public:
         QObject::connect(&axis, &ImuAxisData::xChanged, [this](double x) { note("x", x); });
         QObject::connect(&axis, &ImuAxisData::yChanged, [this](double y) { note("y", y); });
         QObject::connect(&axis, &ImuAxisData::zChanged, [this](double z) { note("z", z); });
-        QObject::connect(&axis, &ImuAxisData::vectorChanged, [this](QVector3D) { names << "vector"; });
+        QObject::connect(&axis, &ImuAxisData::vectorChanged, [this](QVector3D vector) {
+            names << "vector";
+            vectors << vector;
+        });
     }
 
     QStringList names;
     QList<double> values;
+    QList<QVector3D> vectors;
 
 private:
     void note(const char *name, double value)
@@ -45,6 +49,7 @@ TEST(ImuAxisData, setStoresAllAndSignalsTheVectorFirst)
     axis.set(1.5, 2.5, -3.5);
     EXPECT_EQ(heard.names, (QStringList{"vector", "x", "y", "z"}));
     EXPECT_EQ(heard.values, (QList<double>{1.5, 2.5, -3.5}));
+    EXPECT_EQ(heard.vectors, QList<QVector3D>{QVector3D(1.5F, 2.5F, -3.5F)});
     EXPECT_EQ(axis.vector(), QVector3D(1.5F, 2.5F, -3.5F));
 }
 
@@ -80,12 +85,16 @@ TEST(ImuAxisData, oneAxisSignalsBeforeTheVectorAndAlways)
 {
     ImuAxisData axis;
     const Signals heard(axis);
-    axis.setX(1);
-    axis.setX(1);
+    axis.setX(0.1);
+    axis.setX(0.1);
     axis.setY(2);
     axis.setZ(3);
     EXPECT_EQ(heard.names, (QStringList{"x", "vector", "x", "vector", "y", "vector", "z", "vector"}));
-    EXPECT_EQ(axis.vector(), QVector3D(1, 2, 3));
+    EXPECT_EQ(heard.values, (QList<double>{double(0.1F), double(0.1F), 2, 3}));
+    EXPECT_EQ(heard.vectors,
+        (QList<QVector3D>{
+            QVector3D(0.1F, 0, 0), QVector3D(0.1F, 0, 0), QVector3D(0.1F, 2, 0), QVector3D(0.1F, 2, 3)}));
+    EXPECT_EQ(axis.vector(), QVector3D(0.1F, 2, 3));
 }
 
 TEST(ImuAxisData, theVectorCanBeWritten)

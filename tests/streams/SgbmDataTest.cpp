@@ -123,6 +123,17 @@ protected:
         return 0;
     }
 
+    /// What is read at a pixel of that value in a field of 3000.
+    int depthOfAHole(unsigned short value)
+    {
+        Samples samples(20 * 20, 3000);
+        samples[10 * 20 + 10] = value;
+        sgbm->setX(10);
+        sgbm->setY(10);
+        vsc->deliver(depth(20, 20, samples));
+        return sgbm->depth();
+    }
+
     LogCatcher log;
     std::shared_ptr<FakeVsc> vsc = std::make_shared<FakeVsc>();
     std::unique_ptr<SgbmData> sgbm = std::make_unique<SgbmData>(vsc.get(), nullptr);
@@ -270,6 +281,34 @@ TEST_F(Sgbm, distancesWrapAtSixteenBits)
     EXPECT_EQ(vsc->configs.back().maxDistance, 70000 - 65536);
     EXPECT_EQ(vsc->configs.back().minDistance, 65535);
     EXPECT_EQ(most.count() + least.count(), 0);
+}
+
+TEST_F(Sgbm, holeLimitsWrapAtSixteenBits)
+{
+    run();
+    sgbm->setHoleSize(2);
+    sgbm->setHoleMin(65536 + 500);
+    sgbm->setHoleMax(65536 + 5000);
+    EXPECT_EQ(depthOfAHole(400), 3000);
+    EXPECT_EQ(depthOfAHole(600), 600);
+    EXPECT_EQ(depthOfAHole(4900), 4900);
+    EXPECT_EQ(depthOfAHole(5100), 3000);
+}
+
+TEST_F(Sgbm, untouchedHoleLimitsAreTwentyCentimetresAndTenMetres)
+{
+    run();
+    sgbm->setHoleSize(2);
+    EXPECT_EQ(depthOfAHole(199), 3000);
+    EXPECT_EQ(depthOfAHole(200), 200);
+    EXPECT_EQ(depthOfAHole(10000), 10000);
+    EXPECT_EQ(depthOfAHole(10001), 3000);
+}
+
+TEST_F(Sgbm, thePainterFindsTheProbeOfAnObject)
+{
+    QObject *stream = sgbm.get();
+    EXPECT_EQ(qobject_cast<DepthProbe *>(stream), static_cast<DepthProbe *>(sgbm.get()));
 }
 
 TEST_F(Sgbm, settersThatSignalAlwaysAndNever)
@@ -529,6 +568,14 @@ TEST_F(Sgbm, theReadOutIsThePixelItself)
     EXPECT_EQ(depths.size(), 32);
 }
 
+TEST_F(Sgbm, aColumnAloneReadsTheRowAbove)
+{
+    run();
+    sgbm->setX(8);
+    vsc->deliver(depth(8, 4, countingUp(32, 500)));
+    EXPECT_EQ(sgbm->depth(), 500) << "row -1, column 8";
+}
+
 TEST_F(Sgbm, outsideTheFrameNothingIsRead)
 {
     run();
@@ -594,6 +641,23 @@ TEST_F(Sgbm, theAverageIsOfEveryTwentiethFrame)
     sgbm->setCenterAvgHeight(5000);
     EXPECT_EQ(deliverUntilAverage(depth(8, 4, Samples(32, 77))), 20);
     EXPECT_EQ(sgbm->centerAvgPx(), 77);
+}
+
+TEST_F(Sgbm, theUntouchedBoxIsTheFirstFiftyByFifty)
+{
+    run();
+    sgbm->setEnableCenterAvgPx(true);
+    const auto framed = [](int border) {
+        Samples samples(60 * 60, 6000);
+        for (int y = 0; y < border; ++y)
+            std::fill_n(samples.begin() + y * 60, border, static_cast<unsigned short>(3000));
+        return depth(60, 60, samples);
+    };
+    EXPECT_GT(deliverUntilAverage(framed(50)), 0);
+    EXPECT_EQ(sgbm->centerAvgPx(), 3000);
+    EXPECT_GT(deliverUntilAverage(framed(49)), 0);
+    // The 99 pixels of the last row and column raise it by 99 / 2500 of 3000.
+    EXPECT_EQ(sgbm->centerAvgPx(), 3118);
 }
 
 TEST_F(Sgbm, disparityIsScaledJetWithoutItsSpecks)

@@ -210,7 +210,8 @@ TEST_F(Tof, frameRateReachesTheCameraWhenItDiffers)
     QSignalSpy rate(tof.get(), &TofData::framerateChanged);
     tof->setFramerate(30);
     tof->setFramerate(10);
-    EXPECT_EQ(rate.count(), 1);
+    ASSERT_EQ(rate.count(), 1);
+    EXPECT_EQ(rate[0][0].toInt(), 10);
     EXPECT_THAT(camera->calls(), ElementsAre("setFramerate(10)"));
 }
 
@@ -242,8 +243,10 @@ TEST_F(Tof, distancesAlwaysSignal)
     tof->setMaxDistance(1.0);
     tof->setMinDistance(0.1);
     tof->setMaxDistance(1.0);
-    EXPECT_EQ(most.count(), 2);
-    EXPECT_EQ(least.count(), 1);
+    ASSERT_EQ(most.count(), 2);
+    EXPECT_EQ(most[0][0].toDouble(), 1.0);
+    ASSERT_EQ(least.count(), 1);
+    EXPECT_EQ(least[0][0].toDouble(), 0.1);
 }
 
 TEST_F(Tof, workModesByModeAndFrequency)
@@ -319,11 +322,12 @@ TEST_F(Tof, acceptedSettingsAreNot)
 TEST_F(Tof, pixelShowAlwaysSignalsManufacturerWhenItDiffers)
 {
     QSignalSpy show(tof.get(), &TofData::pixelShowChanged), maker(tof.get(), &TofData::manufacturerChanged);
-    tof->setProperty("pixelShow", false);
-    tof->setProperty("pixelShow", false);
+    tof->setProperty("pixelShow", true);
+    tof->setProperty("pixelShow", true);
     tof->setProperty("manufacturer", 0);
     tof->setProperty("manufacturer", 1);
-    EXPECT_EQ(show.count(), 2);
+    ASSERT_EQ(show.count(), 2);
+    EXPECT_TRUE(show[1][0].toBool());
     EXPECT_EQ(maker.count(), 1);
 }
 
@@ -520,6 +524,12 @@ TEST_F(Tof, oddFloatsReadAsDefinedNumbers)
         camera->deliver(metres(2, 1, {value, 0}));
         EXPECT_EQ(tof->depth(), expected) << value;
     }
+}
+
+TEST_F(Tof, thePainterFindsTheProbeOfAnObject)
+{
+    QObject *stream = tof.get();
+    EXPECT_EQ(qobject_cast<DepthProbe *>(stream), static_cast<DepthProbe *>(tof.get()));
 }
 
 TEST_F(Tof, theObjectsDepthIsReadOfMillimetresOnly)
