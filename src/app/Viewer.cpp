@@ -2,6 +2,7 @@
 
 #include "app/CommandLine.h"
 #include "app/MessageLog.h"
+#include "app/Multisampling.h"
 #include "app/QmlTypes.h"
 #include "app/Tools.h"
 #include "app/TranslateController.h"
@@ -15,6 +16,7 @@
 #include <QIcon>
 #include <QQmlApplicationEngine>
 #include <QQmlContext>
+#include <QQuickWindow>
 #include <QSurfaceFormat>
 
 namespace {
@@ -124,6 +126,11 @@ int runViewer(int argc, char **argv, const ViewerHook &hook)
     const QUrl document(QStringLiteral("qrc:/start.qml"));
     exitWhenNotCreated(engine, application, document);
     engine.load(document);
+    const QList<QObject *> roots = engine.rootObjects();
+    for (QObject *root : roots) {
+        if (auto *const window = qobject_cast<QQuickWindow *>(root))
+            spareSoftwareRenderer(window);
+    }
     if (hook)
         hook(engine, application);
     return QCoreApplication::exec();

@@ -66,8 +66,8 @@ private:
     const int m_id;
 };
 
-/// Clicks now and then, as a hand does, without regard to what the interface is at: the time from the click
-/// to what it changes.
+/// Clicks now and then, as a hand does, without regard to what the interface is at: the time from the release
+/// of the button to what it changes.
 class Clicker {
 public:
     explicit Clicker(QQuickItem *box)
@@ -97,21 +97,31 @@ private:
     {
         for (int i = 0; !m_ends; ++i) {
             std::this_thread::sleep_for(std::chrono::milliseconds(900 + 37 * (i % 7)));
-            const auto clicked = std::chrono::steady_clock::now();
             QMetaObject::invokeMethod(
-                m_box, [this, clicked] { click(clicked); }, Qt::QueuedConnection);
+                m_box, [this] { send(QEvent::MouseButtonPress, Qt::LeftButton); }, Qt::QueuedConnection);
+            std::this_thread::sleep_for(std::chrono::milliseconds(80));
+            const auto released = std::chrono::steady_clock::now();
+            QMetaObject::invokeMethod(
+                m_box, [this, released] { release(released); }, Qt::QueuedConnection);
         }
         m_ended = true;
     }
 
-    void click(std::chrono::steady_clock::time_point clicked)
+    void send(QEvent::Type type, Qt::MouseButtons buttons)
+    {
+        const QPointF place = WindowDriver::centre(m_box);
+        QMouseEvent event(type, place, place, WindowDriver::window()->mapToGlobal(place.toPoint()),
+            Qt::LeftButton, buttons, Qt::NoModifier);
+        QCoreApplication::sendEvent(WindowDriver::window(), &event);
+    }
+
+    void release(std::chrono::steady_clock::time_point released)
     {
         const bool before = m_box->property("checked").toBool();
-        QTest::mouseClick(
-            WindowDriver::window(), Qt::LeftButton, Qt::NoModifier, WindowDriver::centre(m_box));
+        send(QEvent::MouseButtonRelease, Qt::NoButton);
         if (m_box->property("checked").toBool() != before)
             m_times.push_back(
-                std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - clicked)
+                std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - released)
                     .count());
     }
 
