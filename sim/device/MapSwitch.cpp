@@ -99,10 +99,8 @@ void MapSwitch::report(const Done &done, int status, int quality)
 bool MapSwitch::load(StoredMap map, Done done, Progress progress, const std::weak_ptr<void> &owner)
 {
     const std::shared_ptr<Task> before = current();
-    if (before && before->saves()) {
-        report(done, Refused, 0);
+    if (before && before->saves())
         return false;
-    }
     cancel();
     auto task = std::make_shared<Task>();
     task->map = std::move(map);

@@ -13,8 +13,9 @@ namespace sim {
 
 /// Saves and loads maps beside the running poses: writes the file piece by piece or takes a loaded map, looks
 /// about until the device has found itself in it, and says so. Each request ends with its `done`, once, on a
-/// thread of the library, also when it is refused or interrupted; the stream of the file isn't touched from
-/// then on. Thread-safe; may be called from its own callbacks.
+/// thread of the library, also when it is interrupted; the stream of the file isn't touched from then on. So
+/// does a save that is refused, whose answer nobody may look at; a load that is refused has only its answer.
+/// Thread-safe; may be called from its own callbacks.
 class MapSwitch {
 public:
     using Progress = std::function<void(float)>;

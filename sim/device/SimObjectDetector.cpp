@@ -77,15 +77,28 @@ bool SimObjectDetector::isReady() const
 
 bool SimObjectDetector::start()
 {
-    return isReady() && StreamComponent::start();
+    m_waiting = true;
+    if (!isReady())
+        return false;
+    m_waiting = false;
+    return StreamComponent::start();
+}
+
+void SimObjectDetector::startIfAwaited()
+{
+    if (m_waiting)
+        start();
 }
 
 bool SimObjectDetector::setModel(const std::string &path)
 {
     if (refuses("setModel") || !isFilledFile(path))
         return false;
-    const std::lock_guard lock(m_mutex);
-    m_model = path;
+    {
+        const std::lock_guard lock(m_mutex);
+        m_model = path;
+    }
+    startIfAwaited();
     return true;
 }
 
@@ -97,11 +110,14 @@ bool SimObjectDetector::setDescriptor(const std::string &path)
     const std::optional<ObjectFilter> filter = none ? ObjectFilter() : ObjectFilter::fromFile(path);
     if (!filter || (filter->source && m_views.count(*filter->source) == 0))
         return false;
-    const std::lock_guard lock(m_mutex);
-    m_descriptor = none ? "" : path;
-    m_filter = *filter;
-    if (filter->source)
-        m_source = *filter->source;
+    {
+        const std::lock_guard lock(m_mutex);
+        m_descriptor = none ? "" : path;
+        m_filter = *filter;
+        if (filter->source)
+            m_source = *filter->source;
+    }
+    startIfAwaited();
     return true;
 }
 

@@ -14,7 +14,8 @@ namespace sim {
 /// which the hidden ones are (-1, -1, 0). With the source 255 there is nothing to see, and the records are
 /// empty.
 ///
-/// A start is refused without a model, and if the files of the model or the descriptor have gone.
+/// A start is refused without a model, and if the files of the model or the descriptor have gone. It is made
+/// up for as soon as a file that it lacked is set, unless a stop has taken it back.
 class SimObjectDetector : public virtual qv::ObjectDetector, public StreamComponent<std::vector<qv::Object>> {
 public:
     enum Source : int { Left = 0, Right = 1, Color = 2, Tof = 3, None = 255 };
@@ -43,11 +44,13 @@ public:
 
 protected:
     void produce(double due, Defect defect) override;
+    void stopped() override { m_waiting = false; }
 
 private:
     SimObjectDetector(std::shared_ptr<DeviceState> device, std::shared_ptr<const SharedWorld> world,
         Views views, std::shared_ptr<RateSchedule> schedule);
     bool isReady() const;
+    void startIfAwaited();
     std::vector<qv::Object> detect(double due) const;
     qv::Object describe(const SeenObject &seen, double due) const;
 
@@ -57,6 +60,7 @@ private:
     const ObjectFinder m_finder;
     const Noise m_noise;
     std::atomic<int> m_source{None};
+    std::atomic<bool> m_waiting{false}; ///< for a file, since a start
 
     mutable std::mutex m_mutex;
     std::string m_model;

@@ -62,10 +62,16 @@ SimSlam::~SimSlam()
         m_setup.cameras->release();
 }
 
-/// Whether a running stream does it; written to the device's log.
+/// Whether a running stream does it.
+bool SimSlam::allows(const char *operation)
+{
+    return thread().running() && !refuses(operation);
+}
+
+/// The same, written to the device's log.
 bool SimSlam::accepts(const char *operation)
 {
-    if (!thread().running() || refuses(operation))
+    if (!allows(operation))
         return false;
     device().log().add(name() + ": " + operation);
     return true;
@@ -109,8 +115,11 @@ void SimSlam::stopped()
 
 bool SimSlam::handleOverrate()
 {
-    if (!accepts("handleOverrate") || !m_setup.poses->limitRate(usualRate))
+    // Asked with each pose while the measured rate is high: all these lines would push out what else is in
+    // the log.
+    if (!allows("handleOverrate") || !m_setup.poses->limitRate(usualRate))
         return false;
+    device().log().add(name() + ": handleOverrate");
     thread().reschedule();
     return true;
 }
@@ -392,24 +401,20 @@ void SimSlam::localized(const StoredMap &map, const Pose &mapFromWorld, bool loa
 bool SimSlam::loadMapAndSwitchToCslam(std::streambuf &mapStream, std::function<void(int quality)> done,
     std::function<void(float localized)> progress)
 {
-    MapSwitch::Done end;
-    if (done)
-        end = [done = std::move(done)](int, int quality) { done(quality); };
-    if (!m_setup.mapper || !accepts("loadMap")) {
-        MapSwitch::report(end, MapSwitch::Refused, 0);
+    if (!m_setup.mapper || !accepts("loadMap"))
         return false;
-    }
     StoredMap map;
     try {
         map = MapFile::read(mapStream);
     } catch (const std::exception &error) {
         log(LogLevel::Error, std::string("the map can't be loaded: ") + error.what());
-        MapSwitch::report(end, MapSwitch::Refused, 0);
         return false;
     } catch (...) {
-        MapSwitch::report(end, MapSwitch::Refused, 0);
         return false;
     }
+    MapSwitch::Done end;
+    if (done)
+        end = [done = std::move(done)](int, int quality) { done(quality); };
     return m_switch.load(std::move(map), std::move(end), std::move(progress), weak_from_this());
 }
 

@@ -68,6 +68,7 @@ private:
         bool lost = false;
     };
 
+    bool allows(const char *operation);
     bool accepts(const char *operation);
     void begin();
     bool sees();

@@ -377,7 +377,10 @@ Item {
                 { tag: "irView", button: "irButton", calls: [] },
                 { tag: "sgbmView", button: "sgbmButton", calls: ["sgbm.control(false)"] },
                 { tag: "tof3DView", button: "tof3DButton", calls: ["tof3d.control(false)"] },
-                { tag: "slamView", button: "slamButton", calls: ["slam.control(false)"] }
+                { tag: "slamView", button: "slamButton", calls: ["slam.control(false)"] },
+                // The host's stream, whichever source is live.
+                { tag: "slamView on the edge", view: "slamView", button: "slamButton", onEdge: true,
+                    calls: ["slam.control(false)"] }
             ]
         }
 
@@ -385,7 +388,8 @@ Item {
             open(function(fake) { fake.rgbd.enable = true })
             control(row.button).checked = true
             tryVerify(function() { return placed() === 1 })
-            press(row.tag, "closeBtn")
+            device.edge.enabled = row.onEdge === true
+            press(row.view || row.tag, "closeBtn")
             compare(control(row.button).checked, false)
             compare(device.callsTo().filter(function(call) { return call.indexOf("control(") >= 0 }), row.calls)
             tryVerify(function() { return placed() === 0 })

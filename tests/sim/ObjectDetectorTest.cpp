@@ -117,6 +117,44 @@ TEST_F(ObjectDetectorTest, startsOnlyWithAModel)
     EXPECT_FALSE(detector->stop());
 }
 
+TEST_F(ObjectDetectorTest, aStartWithoutAModelIsMadeUpForOnceOneIsSet)
+{
+    EXPECT_FALSE(detector->start());
+    EXPECT_FALSE(detector->setModel(folder + "/missing.blob"));
+    EXPECT_TRUE(detector->setDescriptor("empty"));
+    EXPECT_FALSE(detector->stop()) << "it runs without a model";
+    EXPECT_FALSE(detector->start());
+    EXPECT_TRUE(detector->setModel(model));
+    EXPECT_TRUE(waitFor([&] { return records > 2; }));
+    EXPECT_TRUE(detector->setModel(model)) << "another one doesn't disturb it";
+    EXPECT_TRUE(detector->stop());
+}
+
+TEST_F(ObjectDetectorTest, aStartThatWasTakenBackIsNotMadeUpFor)
+{
+    EXPECT_FALSE(detector->start());
+    EXPECT_FALSE(detector->stop());
+    EXPECT_TRUE(detector->setModel(model));
+    EXPECT_FALSE(detector->stop()) << "it has started";
+    EXPECT_TRUE(detector->start());
+    EXPECT_TRUE(detector->stop());
+    EXPECT_TRUE(detector->setModel(model));
+    EXPECT_TRUE(detector->setDescriptor("empty"));
+    EXPECT_FALSE(detector->stop()) << "it has started again";
+}
+
+TEST_F(ObjectDetectorTest, aStopThatIsRefusedTakesNothingBack)
+{
+    Faults faults;
+    faults.refuse = {"objects.stop"};
+    EXPECT_FALSE(detector->start());
+    state->setFaults(faults);
+    EXPECT_FALSE(detector->stop());
+    state->setFaults({});
+    EXPECT_TRUE(detector->setModel(model));
+    EXPECT_TRUE(detector->stop());
+}
+
 TEST_F(ObjectDetectorTest, aRefusedModelLeavesTheOneOfBefore)
 {
     EXPECT_TRUE(detector->setModel(model));
@@ -132,8 +170,8 @@ TEST_F(ObjectDetectorTest, doesNotStartOnceAFileHasGone)
     fs::remove(descriptor);
     EXPECT_FALSE(detector->start());
     EXPECT_TRUE(detector->setDescriptor("empty"));
-    EXPECT_TRUE(detector->start());
-    detector->stop();
+    EXPECT_TRUE(waitFor([&] { return records > 0; })) << "now it does";
+    EXPECT_TRUE(detector->stop());
     fs::remove(model);
     EXPECT_FALSE(detector->start());
 }

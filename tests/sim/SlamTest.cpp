@@ -38,17 +38,17 @@ std::vector<qv::Pose> some(const std::shared_ptr<qv::Slam> &slam, std::size_t co
     return tap.all();
 }
 
-/// Both map operations are refused and say so to those who wait for their end.
+/// Both map operations are refused; whoever waits for the end of a save is told.
 void expectNoMaps(qv::Slam &slam)
 {
     const auto ended = std::make_shared<std::atomic<int>>(0);
     std::stringbuf map("no map");
     EXPECT_FALSE(slam.loadMapAndSwitchToCslam(
-        map, [ended](int quality) { *ended += quality == 0 ? 1 : 100; }, [](float) {}));
-    EXPECT_TRUE(waitFor([&ended] { return *ended == 1; }));
+        map, [ended](int) { *ended += 100; }, [](float) {}));
     EXPECT_FALSE(slam.saveMapAndSwitchToCslam(
         map, [ended](int, int quality) { *ended += quality == 0 ? 1 : 100; }, [](float) {}));
-    EXPECT_TRUE(waitFor([&ended] { return *ended == 2; }));
+    EXPECT_TRUE(waitFor([&ended] { return *ended > 0; }));
+    EXPECT_EQ(*ended, 1);
     EXPECT_EQ(map.str(), "no map");
 }
 
@@ -191,6 +191,22 @@ TEST(SimSlam, overrateIsThrottledOnRequest)
     for (std::size_t i = all.size() - 10; i < all.size(); ++i)
         EXPECT_GE(all[i].edgeTimestampUs - all[i - 1].edgeTimestampUs, 1999);
     EXPECT_FALSE(slam->handleOverrate()) << "nothing more to do";
+}
+
+TEST(SimSlam, onlyWhatThrottlesIsInTheDevicesLog)
+{
+    DeviceConfig own = slamConfig(Profile::Module);
+    own.streams["slam"].rate = 1000;
+    const auto device = makeDevice(own);
+    const auto slam = device->slam();
+    ASSERT_TRUE(slam->start());
+    for (int pose = 0; pose < 500; ++pose)
+        slam->handleOverrate();
+    const std::string log = device->state().log().take(8192);
+    EXPECT_THAT(log, ::testing::HasSubstr("power on")) << "it was pushed out";
+    const std::size_t line = log.find("slam: handleOverrate\n");
+    ASSERT_NE(line, std::string::npos);
+    EXPECT_EQ(log.find("handleOverrate", line + 10), std::string::npos) << "once is enough";
 }
 
 TEST(SimSlam, overrateStaysIfHandlingIsRefused)

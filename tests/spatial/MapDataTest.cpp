@@ -209,6 +209,24 @@ TEST(MapData, posesStayEmptyAndKeyframesZero)
     EXPECT_EQ(keyframes.count(), 2);
 }
 
+TEST(MapData, signalsCarryWhatIsStored)
+{
+    auto slam = std::make_shared<FakeSlam>();
+    MapData data(slam, nullptr);
+    const QSignalSpy points(&data, &MapData::pointCountChanged);
+    const QSignalSpy poses(&data, &MapData::posesChanged);
+    const QSignalSpy keyframes(&data, &MapData::keyframeCountChanged);
+    slam->maps.deliver(map({{1, 2, 3}, {4, 5, 6}}));
+    data.setPoses({1, 2, 3});
+    data.setKeyframeCount(7);
+    ASSERT_EQ(points.count(), 1);
+    EXPECT_EQ(points[0][0].toInt(), 2);
+    ASSERT_EQ(poses.count(), 1);
+    EXPECT_EQ(poses[0][0].toJsonArray(), (QJsonArray{1, 2, 3}));
+    ASSERT_EQ(keyframes.count(), 1);
+    EXPECT_EQ(keyframes[0][0].toInt(), 7);
+}
+
 TEST(MapData, callbackOnItsWayFindsTheModelGone)
 {
     auto slam = std::make_shared<FakeSlam>();

@@ -152,6 +152,46 @@ TEST(ObjectsData, existingModelReachesTheDetectorOnce)
     EXPECT_THAT(detector->calls(), ElementsAre("setModel(" + file.fileName().toStdString() + ")"));
 }
 
+TEST(ObjectsData, aModelIsStoredAndAnnouncedBeforeItReachesTheDetector)
+{
+    auto detector = std::make_shared<FakeObjectDetector>();
+    ObjectsData data(detector, nullptr);
+    detector->takeCalls();
+    QObject::connect(&data, &ObjectsData::modelChanged, [&](const QString &model) {
+        detector->log->add("modelChanged", model.toStdString(), data.model() == model);
+    });
+    QTemporaryFile file;
+    ASSERT_TRUE(file.open());
+    const std::string path = file.fileName().toStdString();
+    data.setModel(file.fileName());
+    EXPECT_THAT(
+        detector->takeCalls(), ElementsAre("modelChanged(" + path + ", true)", "setModel(" + path + ")"));
+    data.setModel(file.fileName());
+    EXPECT_THAT(detector->takeCalls(), IsEmpty());
+    data.setModel(QStringLiteral("/not/there"));
+    EXPECT_THAT(detector->takeCalls(), ElementsAre("modelChanged(/not/there, true)"));
+}
+
+TEST(ObjectsData, signalsCarryWhatIsStored)
+{
+    auto detector = std::make_shared<FakeObjectDetector>();
+    ObjectsData data(detector, nullptr);
+    const QSignalSpy objects(&data, &ObjectsData::objectsChanged);
+    const QSignalSpy source(&data, &ObjectsData::sourceChanged);
+    const QSignalSpy enabled(&data, &ObjectsData::enabledChanged);
+    detector->deliver({person()});
+    data.setObjects({1, 2});
+    data.setSource(ObjectsData::Right);
+    data.setEnabled(true);
+    ASSERT_EQ(objects.count(), 2);
+    EXPECT_EQ(objects[0][0].toJsonArray()[0].toObject()["type"].toString(), QStringLiteral("person"));
+    EXPECT_EQ(objects[1][0].toJsonArray(), (QJsonArray{1, 2}));
+    ASSERT_EQ(source.count(), 1);
+    EXPECT_EQ(source[0][0].value<ObjectsData::Source>(), ObjectsData::Right);
+    ASSERT_EQ(enabled.count(), 1);
+    EXPECT_TRUE(enabled[0][0].toBool());
+}
+
 TEST(ObjectsData, refusedAndMissingModelsAreLoggedAndKept)
 {
     auto detector = std::make_shared<FakeObjectDetector>();

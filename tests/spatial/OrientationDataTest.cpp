@@ -1,5 +1,7 @@
 #include "spatial/OrientationData.h"
 
+#include "spatial/Exactly.h"
+
 #include <cmath>
 
 using ::testing::ElementsAre;
@@ -142,6 +144,85 @@ TEST(OrientationData, aNotANumberAlwaysCountsAsAChange)
     data.setMatrix(broken);
     ASSERT_FALSE(emitted.names.empty());
     EXPECT_EQ(emitted.names.front(), "matrix");
+}
+
+TEST(OrientationData, theLastBitOfAnyElementOfTheMatrixCounts)
+{
+    for (int i = 0; i < 9; ++i) {
+        float rows[]{5, 1, 2, 3, 4, 6, 7, 8, 9};
+        OrientationData data;
+        data.setMatrix(QMatrix3x3(rows));
+        const OrientationSignals emitted(data);
+        rows[i] = std::nextafterf(rows[i], 10);
+        data.setMatrix(QMatrix3x3(rows));
+        ASSERT_FALSE(emitted.names.empty()) << i;
+        EXPECT_EQ(emitted.names.front(), "matrix");
+        EXPECT_EQ(data.matrix()(i / 3, i % 3), rows[i]);
+    }
+}
+
+TEST(OrientationData, aRotationThatIsOnlyFuzzilyTheSameIsAnotherOne)
+{
+    const QQuaternion before = QQuaternion::fromRotationMatrix(aboutY(30));
+    const QQuaternion after = QQuaternion::fromRotationMatrix(aboutY(30.0001));
+    ASSERT_TRUE(qFuzzyCompare(before, after));
+    ASSERT_FALSE(exactly::equal(before, after));
+    OrientationData data;
+    data.setMatrix(aboutY(30));
+    const OrientationSignals emitted(data);
+    data.setMatrix(aboutY(30.0001));
+    EXPECT_THAT(emitted.names, ElementsAre("matrix", "quaternion", "yaw", "viewVector"));
+    EXPECT_TRUE(exactly::equal(data.quaternion(), after));
+}
+
+TEST(OrientationData, theLastBitOfTheViewCounts)
+{
+    for (int axis = 0; axis < 3; ++axis) {
+        OrientationData data;
+        QVector3D view(1, 1, 1);
+        data.setViewVector(view);
+        const OrientationSignals emitted(data);
+        view[axis] = std::nextafterf(1, 2);
+        data.setViewVector(view);
+        data.setViewVector(view);
+        EXPECT_THAT(emitted.names, ElementsAre("viewVector")) << axis;
+        EXPECT_TRUE(exactly::equal(data.viewVector(), view)) << axis;
+    }
+}
+
+TEST(OrientationData, signalsCarryWhatIsStored)
+{
+    OrientationData data;
+    int told = 0;
+    QObject::connect(&data, &OrientationData::matrixChanged, [&](const QMatrix3x3 &matrix) {
+        ++told;
+        EXPECT_TRUE(exactly::equal(matrix, aboutY(90)));
+        EXPECT_TRUE(exactly::equal(matrix, data.matrix()));
+    });
+    QObject::connect(&data, &OrientationData::quaternionChanged, [&](const QQuaternion &quaternion) {
+        ++told;
+        EXPECT_NEAR(quaternion.y(), std::sqrt(0.5), 1e-6);
+        EXPECT_TRUE(exactly::equal(quaternion, data.quaternion()));
+    });
+    QObject::connect(&data, &OrientationData::viewVectorChanged, [&](const QVector3D &view) {
+        ++told;
+        EXPECT_NEAR(view.x(), 1, 1e-6);
+        EXPECT_TRUE(exactly::equal(view, data.viewVector()));
+    });
+    data.setMatrix(aboutY(90));
+    EXPECT_EQ(told, 3);
+    const QSignalSpy roll(&data, &OrientationData::rollChanged);
+    const QSignalSpy pitch(&data, &OrientationData::pitchChanged);
+    const QSignalSpy yaw(&data, &OrientationData::yawChanged);
+    data.setRoll(1.5);
+    data.setPitch(2.5);
+    data.setYaw(3.5);
+    ASSERT_EQ(roll.count(), 1);
+    EXPECT_EQ(roll[0][0].toDouble(), 1.5);
+    ASSERT_EQ(pitch.count(), 1);
+    EXPECT_EQ(pitch[0][0].toDouble(), 2.5);
+    ASSERT_EQ(yaw.count(), 1);
+    EXPECT_EQ(yaw[0][0].toDouble(), 3.5);
 }
 
 TEST(OrientationData, viewCenterIsThePlainSum)

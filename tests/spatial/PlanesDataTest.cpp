@@ -143,6 +143,22 @@ TEST(PlanesData, clearEmptiesOnlyWhenTheLibraryAgrees)
     EXPECT_TRUE(data.stereoPlanes().isEmpty());
 }
 
+TEST(PlanesData, signalsCarryWhatIsStored)
+{
+    auto slam = std::make_shared<FakeSlam>();
+    const PlanesData data(slam, nullptr);
+    const QSignalSpy tof(&data, &PlanesData::tofPlanesChanged);
+    const QSignalSpy stereo(&data, &PlanesData::stereoPlanesChanged);
+    slam->tofPlanes.deliver(planes({{"1", {{1, 2, 3}}}}));
+    slam->stereoPlanes.deliver(planes({{"2", {}}, {"3", {}}}));
+    ASSERT_EQ(tof.count(), 1);
+    EXPECT_EQ(tof[0][0].toJsonArray().size(), 1);
+    EXPECT_EQ(tof[0][0].toJsonArray(), data.tofPlanes());
+    ASSERT_EQ(stereo.count(), 1);
+    EXPECT_EQ(stereo[0][0].toJsonArray().size(), 2);
+    EXPECT_EQ(stereo[0][0].toJsonArray(), data.stereoPlanes());
+}
+
 TEST(PlanesData, callbackOnItsWayFindsTheModelGone)
 {
     auto slam = std::make_shared<FakeSlam>();

@@ -110,8 +110,14 @@ TEST(PositionData, signalsCarryWhatIsStored)
 {
     PositionData data;
     const QSignalSpy vector(&data, &PositionData::vectorChanged);
+    const QSignalSpy x(&data, &PositionData::xChanged);
     const QSignalSpy y(&data, &PositionData::yChanged);
+    const QSignalSpy z(&data, &PositionData::zChanged);
     data.set(1, 0.1, 3);
+    ASSERT_EQ(x.count(), 1);
+    EXPECT_EQ(x.first().first().toDouble(), 1);
+    ASSERT_EQ(z.count(), 1);
+    EXPECT_EQ(z.first().first().toDouble(), 3);
     ASSERT_EQ(vector.count(), 1);
     EXPECT_EQ(vector.first().first().value<QVector3D>(), QVector3D(1, 0.1F, 3));
     ASSERT_EQ(y.count(), 1);

@@ -62,6 +62,15 @@ TEST_F(Slam, destructionUnregistersWhateverTheIdsAre)
         slam->takeCalls(), ElementsAre("unregisterCallback(-1)", "unregisterLostCallback(-1)", "stop"));
 }
 
+TEST_F(Slam, destructionWhileItRunsUnregistersBothCallbacks)
+{
+    data->control(true);
+    slam->takeCalls();
+    data.reset();
+    EXPECT_THAT(
+        slam->takeCalls(), ElementsAre("unregisterCallback(1)", "unregisterLostCallback(11)", "stop"));
+}
+
 TEST_F(Slam, defaults)
 {
     EXPECT_EQ(data->status(), 0);
@@ -318,10 +327,13 @@ TEST_F(Slam, predictionIsAnnouncedBeforeItReachesTheDevice)
 
 TEST_F(Slam, pauseAndResumeAnswerWhatTheLibraryAnswers)
 {
-    slam->resumeResult = false;
-    EXPECT_TRUE(data->pause());
-    EXPECT_FALSE(data->resume());
-    EXPECT_THAT(slam->takeCalls(), ElementsAre("pause", "resume"));
+    for (const bool answer : {true, false}) {
+        slam->pauseResult = answer;
+        slam->resumeResult = !answer;
+        EXPECT_EQ(data->pause(), answer);
+        EXPECT_EQ(data->resume(), !answer);
+        EXPECT_THAT(slam->takeCalls(), ElementsAre("pause", "resume"));
+    }
 }
 
 TEST_F(Slam, recordingHasTheHeaderAndOneLineAPose)
