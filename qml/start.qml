@@ -15,7 +15,9 @@ ApplicationWindow {
     width: 1024
     height: 800
     title: qsTr("QVSDK Viewer")
-    visibility: fullscreen ? Window.FullScreen : Window.Maximized
+    visibility: Window.Maximized
+    // No binding: with each choice of a language all bindings are made anew, and the window would grow.
+    onFullscreenChanged: visibility = fullscreen ? Window.FullScreen : Window.Maximized
 
     function create() {
         var component = Qt.createComponent("main.qml")

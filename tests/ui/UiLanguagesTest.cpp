@@ -113,7 +113,16 @@ TEST(Languages, programStartsInEnglish)
 
 TEST(Languages, chineseTakesEffectInTheOpenWindow)
 {
+    const QSize size(1600, 1000);
+    WindowDriver::window()->showNormal();
+    ASSERT_TRUE(waitFor([] { return WindowDriver::window()->visibility() == QWindow::Windowed; }, minute));
+    WindowDriver::window()->resize(size);
+    ASSERT_TRUE(waitFor([size] { return WindowDriver::window()->size() == size; }, minute));
     choose(Chinese);
+    EXPECT_EQ(WindowDriver::window()->visibility(), QWindow::Windowed);
+    EXPECT_EQ(WindowDriver::window()->size(), size);
+    WindowDriver::window()->showMaximized();
+    ASSERT_TRUE(waitFor([size] { return WindowDriver::window()->width() > size.width(); }, minute));
     EXPECT_EQ(hintOf("infoButton"), QStringLiteral("信息"));
     EXPECT_EQ(hintOf("documentationButton"), QStringLiteral("文档"));
     EXPECT_EQ(textOf("enableSyncCheckbox"), QStringLiteral("使能同步功能"));
