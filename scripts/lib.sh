@@ -3,6 +3,7 @@
 
 set -euo pipefail
 top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+caller=$PWD
 cd "$top"
 
 build_packages=(
