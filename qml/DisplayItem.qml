@@ -73,6 +73,7 @@ Page {
         icon.source: "qrc:images/image"
         visible: control.showSaveImageButton
         hint: "Save image"
+        quiet: imgSavePopup.visible
         onClicked: control.saveImage()
         onPressAndHold: control.imgPressAndHold()
     }

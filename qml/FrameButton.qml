@@ -6,6 +6,8 @@ ToolButton {
     id: control
 
     property string hint: ""
+    // While something else is shown where the hint would stand.
+    property bool quiet: false
 
     z: 10
     width: 32
@@ -15,7 +17,7 @@ ToolButton {
     icon.height: 20
     hoverEnabled: true
 
-    ToolTip.visible: hovered
+    ToolTip.visible: hovered && !quiet
     ToolTip.delay: 500
     ToolTip.text: hint
 
