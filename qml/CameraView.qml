@@ -87,7 +87,7 @@ Item {
         if (!has("tof"))
             return true
         const ready = camera.tof.isEnable
-        return typeof ready === "function" ? camera.tof.isEnable() : ready
+        return typeof ready === "function" ? camera.tof.isEnable() : ready !== false
     }
 
     function madeBy(manufacturer) {
@@ -698,7 +698,7 @@ Item {
                                 }
                             }
                             // Nothing tells when the model settles, so each press asks it anew.
-                            onPressed: ready = view.tofReady()
+                            onPressed: ready = Qt.binding(view.tofReady)
                             onClicked: if (view.has("tof") && view.tofReady()) camera.tof.control(checked)
                         }
                     }

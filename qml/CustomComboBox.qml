@@ -71,8 +71,7 @@ ComboBox {
 
     // After a key no click is on its way that must be held off.
     Keys.onReleased: {
-        if (event.key === Qt.Key_Escape)
-            isClosed = false
+        Qt.callLater(function() { control.isClosed = false })
         event.accepted = false
     }
 

@@ -31,6 +31,14 @@ Item {
         readonly property var order: ["imuView", "stereoView", "rgbView", "rgb2View", "tofView", "irView", "sgbmView",
             "slamView"]
 
+        function test_thePageShowsTheModelsOfItsLayout() {
+            open();
+            ["unusedModel", "uniqueModel", "sideModel", "gridView", "uniqueView", "sideView"].forEach(function(name) {
+                verify(page[name], name)
+                compare(page[name], content[name], name)
+            })
+        }
+
         function turnOn(count) {
             switchOn.apply(null, buttons.slice(0, count))
             tryVerify(function() { return placed() === count })

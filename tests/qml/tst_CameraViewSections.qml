@@ -262,6 +262,13 @@ Item {
             compare(device.calls, [])
         }
 
+        function test_theModelsFieldIsReadOnly() {
+            open()
+            const row = control("cnnModel")
+            row.model = "file:///m/net.bin"
+            compare([row.text, row.readOnly], ["net.bin", true])
+        }
+
         function test_aModelIsPickedFromWhereTheLastOneLies() {
             open()
             openSection("generalText")

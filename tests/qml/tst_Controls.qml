@@ -259,7 +259,7 @@ Item {
             tryVerify(opened(item))
             keyClick(Qt.Key_Escape)
             tryVerify(closed(item))
-            compare(item.isClosed, false)
+            tryCompare(item, "isClosed", false)
             mouseClick(arrow)
             tryVerify(opened(item))
             mouseMove(item, 2, 2)
