@@ -236,6 +236,7 @@ TEST(SimSlamMapFile, aLoadIsRefusedWhileASaveIsUnderWay)
     sound.landmarks.push_back({7, {1.0, 2.0, 3.0}});
     std::stringbuf other(MapFile::encode(sound), std::ios_base::in | std::ios_base::binary);
     Mapping mapping;
+    ASSERT_TRUE(mapping.waitForPoints(200));
     std::stringbuf file;
     End save;
     End load;

@@ -4,6 +4,10 @@
 #include "streams/SgbmData.h"
 #include "streams/TofData.h"
 #include "streams/TofIrData.h"
+#include "support/FakeColorCamera.h"
+#include "support/FakeImuSensor.h"
+#include "support/FakeTofCamera.h"
+#include "support/FakeVsc.h"
 #include "support/Methods.h"
 #include "support/Properties.h"
 
@@ -11,6 +15,20 @@
 
 // What the interface sees of each stream model: bindings and calls are looked up by name at run time, so that
 // nothing but these lists notices a renamed property or a method that can't be called any more.
+
+TEST(StreamProperties, modelsNeedNoParent)
+{
+    const ImuData imu(std::make_shared<FakeImuSensor>());
+    const RgbData rgb(std::make_shared<FakeColorCamera>());
+    const TofData tof(std::make_shared<FakeTofCamera>());
+    const TofIrData tofIr(std::make_shared<FakeTofCamera>());
+    const RgbdData rgbd(std::make_shared<FakeTofCamera>());
+    FakeVsc vsc;
+    const SgbmData sgbm(&vsc);
+    for (const QObject *model :
+        std::initializer_list<const QObject *>{&imu, &rgb, &tof, &tofIr, &rgbd, &sgbm})
+        EXPECT_EQ(model->parent(), nullptr) << model->metaObject()->className();
+}
 
 TEST(StreamProperties, imuAxis)
 {

@@ -1,3 +1,4 @@
+#include "app/Multisampling.h"
 #include "ui/Page.h"
 
 #include <QApplication>
@@ -7,7 +8,11 @@
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QLineEdit>
+#include <QOffscreenSurface>
+#include <QOpenGLContext>
+#include <QOpenGLFunctions>
 #include <QPushButton>
+#include <QSurfaceFormat>
 #include <QUrl>
 #include <QWindow>
 
@@ -266,6 +271,19 @@ TEST(Headset, noBoxesAreDrawnOnceTheDetectorIsDisabled)
     EXPECT_EQ(boxesDrawn(view), 0);
     clickSwitch("rgbButton");
     EXPECT_TRUE(waitFor([=] { return view->width() == 0; }, minute));
+}
+
+TEST(Headset, scenesTakeOneSampleWhereNoGraphicsCardDraws)
+{
+    QOffscreenSurface surface;
+    surface.create();
+    QOpenGLContext context;
+    ASSERT_TRUE(context.create());
+    ASSERT_TRUE(context.makeCurrent(&surface));
+    const auto *name = reinterpret_cast<const char *>(context.functions()->glGetString(GL_RENDERER));
+    const QSurfaceFormat format = QSurfaceFormat::defaultFormat();
+    EXPECT_EQ(format.samples(), isSoftwareRenderer(name) ? 0 : -1) << name;
+    EXPECT_EQ(format.swapInterval(), 2);
 }
 
 TEST(Headset, nothingUnexpectedIsInTheLog)
