@@ -391,7 +391,9 @@ TEST(Capture, videosHoldEveryFrameAtTheirSizeAndRate)
             path + QLatin1String(camera == 0 ? "/left.avi" : "/right.avi"), matricesOf(images), "100/1", 6);
     }
     expectRecorded(path + QLatin1String("/rgb.avi"), colorPictures, "30/1", 6);
-    expectRecorded(path + QLatin1String("/tof.avi"), depthPictures, "10/1", 12, 1);
+    // Each depth is there twice, and while the room rests the next pair is like it: either end may be taken
+    // for an earlier one.
+    expectRecorded(path + QLatin1String("/tof.avi"), depthPictures, "10/1", 12, 3);
 }
 
 TEST(Capture, twoOfOneSecondShareTheirFolder)
