@@ -30,7 +30,7 @@ double allocatedMiB()
     return static_cast<double>(heap.uordblks + heap.hblkhd) / (1 << 20);
 }
 
-/// The least of a second: a thread that is just ending may still hold the room, which all devices share.
+/// The least of a second: threads that are just ending still hold what they worked on, some 10 to 16 MiB.
 double settledMiB()
 {
     double least = allocatedMiB();
