@@ -1,10 +1,14 @@
 #include "ui/Program.h"
 
 #include "app/Viewer.h"
+#include "support/Wait.h"
 #include "ui/WindowDriver.h"
 
 #include <QApplication>
 #include <QDir>
+#include <QPointer>
+#include <QQmlApplicationEngine>
+#include <QQmlContext>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <iostream>
@@ -23,7 +27,29 @@ void useHome(const QTemporaryDir &home)
     QDir::setCurrent(home.path());
 }
 
+bool isFilmKept = false;
+
+/// Plays the film as fast as it can be read, and then has the first devices come at once.
+void skipFilm(const QQmlApplicationEngine &engine)
+{
+    constexpr int limit = 60000;
+    const QPointer<QQuickItem> film = WindowDriver::byName("film");
+    if (!film)
+        return;
+    film->setProperty("speed", 50);
+    waitFor([&] { return !film || !film->isVisible(); }, limit);
+    auto *const listener =
+        engine.rootContext()->contextProperty(QStringLiteral("listener")).value<QObject *>();
+    for (auto *timer : listener->findChildren<QTimer *>(QString(), Qt::FindDirectChildrenOnly))
+        timer->setInterval(100);
+}
+
 } // namespace
+
+void keepFilm()
+{
+    isFilmKept = true;
+}
 
 int runProgram(int argc, char **argv, const std::function<int()> &body)
 {
@@ -35,9 +61,11 @@ int runProgram(int argc, char **argv, const std::function<int()> &body)
         return skipped;
     }
     int answer = -1;
-    const int code = runViewer(argc, argv, [&](QQmlApplicationEngine &, QApplication &application) {
+    const int code = runViewer(argc, argv, [&](QQmlApplicationEngine &engine, QApplication &application) {
         LogWatch::install();
         QTimer::singleShot(0, &application, [&] {
+            if (!isFilmKept)
+                skipFilm(engine);
             answer = body();
             QCoreApplication::exit(answer);
         });

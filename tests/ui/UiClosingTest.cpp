@@ -22,8 +22,8 @@ bool describeDevice(const QString &folder, bool isPresent)
     const QString configuration = folder + QLatin1String("/devices.json");
     QFile file(configuration + QLatin1String(".new"));
     const QByteArray text = QByteArray(R"({"devices": [{ "profile": "headset", "present": )")
-        + (isPresent ? "true" : "false")
-        + R"(, "streams": { "fisheye": { "rate": 10 }, "color": { "rate": 10 } }}]})";
+        + (isPresent ? "true" : "false") + R"(, "streams": { "fisheye": { "rate": 10 },
+            "color": { "rate": 10, "size": [640, 480] }, "tof": { "rate": 10 } }}]})";
     if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
         return false;
     file.close();
@@ -118,7 +118,7 @@ TEST(Child, recordsAndLeaves)
     setDrawer(false);
     WindowDriver::byName("saveVideoButton")->setProperty("checked", true);
     WindowDriver::click(WindowDriver::byName("pathBtn", id("slamView")));
-    QTest::qWait(5000);
+    QTest::qWait(3500);
     if (wayOut == "unplugging") {
         EXPECT_EQ(openCaptures().size(), 6);
         ASSERT_TRUE(describeDevice(child::folder(), false));

@@ -1,5 +1,6 @@
 #include "ui/Page.h"
 
+#include <QFile>
 #include <QGuiApplication>
 #include <QPointer>
 #include <QSignalSpy>
@@ -222,8 +223,14 @@ constexpr const char *switches[] = {"imuButton", "stereoButton", "slamButton", "
 
 QString prepare(const QString &home)
 {
-    Q_UNUSED(home)
-    qputenv("QVSIM", "headset");
+    // Slow streams leave a slow machine the time to answer.
+    QFile file(home + QLatin1String("/devices.json"));
+    const QByteArray text = R"({"devices": [{ "profile": "headset", "streams": {
+        "fisheye": { "rate": 10 }, "color": { "rate": 10 }, "color2": { "rate": 5 }, "tof": { "rate": 10 },
+        "vsc": { "rate": 10 }}}]})";
+    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
+        return QStringLiteral("the configuration can't be written");
+    qputenv("QVSIM_CONFIG", file.fileName().toLocal8Bit());
     return {};
 }
 

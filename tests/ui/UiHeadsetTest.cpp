@@ -106,6 +106,7 @@ int boxesDrawn(QQuickItem *view)
 QString prepare(const QString &temporaryHome)
 {
     home = temporaryHome;
+    keepFilm();
     qputenv("QVSIM", "headset");
     qputenv("QT_QPA_PLATFORMTHEME", "generic"); // file dialogs of a desktop are out of a test's reach
     return {};

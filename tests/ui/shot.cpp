@@ -90,6 +90,7 @@ int show(const QString &file)
 QString prepare(const QString &home)
 {
     Q_UNUSED(home)
+    keepFilm();
     return {};
 }
 
