@@ -3,6 +3,9 @@
 #include "core/Log.h"
 #include "replay/TimeOrder.h"
 #include "replay/TimeStamp.h"
+#include "replay/Timeline.h"
+
+#include <cmath>
 
 namespace sim {
 
@@ -43,10 +46,11 @@ std::vector<PictureRow> readPictureList(
 
 std::int64_t togetherLimit(const std::vector<PictureRow> &pictures)
 {
-    if (pictures.size() < 2)
-        return 25'000'000;
-    const std::int64_t span = pictures.back().time - pictures.front().time;
-    return std::max<std::int64_t>(span / static_cast<std::int64_t>(pictures.size() - 1) / 2, 1);
+    std::vector<std::int64_t> times;
+    times.reserve(pictures.size());
+    for (const PictureRow &picture : pictures)
+        times.push_back(picture.time);
+    return std::llround(Timeline::usualPeriod(times, 0.05) * 1e9 / 2);
 }
 
 const PictureRow *nearestPicture(

@@ -1,3 +1,4 @@
+#include "replay/PictureList.h"
 #include "replay/RgbdRecording.h"
 
 #include "replay/RgbdFolder.h"
@@ -107,6 +108,17 @@ TEST(RgbdRecording, nothingToPlayIsAnError)
     folder.write("rgb.txt", "# nothing\n");
     EXPECT_THROW(RgbdRecording::open(folder.path()), std::runtime_error);
     EXPECT_THROW(RgbdRecording::open(folder.path() / "nowhere"), std::runtime_error);
+}
+
+TEST(PictureList, aPauseMakesNothingBelongTogether)
+{
+    constexpr std::int64_t tenth = 100'000'000;
+    std::vector<PictureRow> pictures;
+    for (const std::int64_t tenths : {0, 1, 2, 1000, 1001, 1002})
+        pictures.push_back({tenths * tenth, {}});
+    EXPECT_EQ(togetherLimit(pictures), tenth / 2);
+    pictures.resize(1);
+    EXPECT_EQ(togetherLimit(pictures), 25'000'000);
 }
 
 TEST(RgbdRecording, theTimelineHoldsTheTimesOfBothCameras)
