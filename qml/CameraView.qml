@@ -15,6 +15,7 @@ Item {
     readonly property bool landscape: width > height
     property real rcScale: 0.9
     property alias saveSettings: presets.saveSettings
+    readonly property alias defaultSettings: presets.defaultSettings
     readonly property alias unusedModel: content.unusedModel
     readonly property alias uniqueModel: content.uniqueModel
     readonly property alias sideModel: content.sideModel

@@ -21,7 +21,7 @@ DisplayItem {
     function setCNNRunning(enabled) {
         painter.CNNRunning = enabled
         for (var i = 0; i < painters.count; ++i)
-            painters.itemAt(i).painter.CNNRunning = enabled
+            painters.itemAt(i).CNNRunning = enabled
     }
 
     function imageOf(index) {
@@ -96,24 +96,18 @@ DisplayItem {
                 objectName: "painters"
                 model: control.stereo ? control.stereo.count : 0
 
-                Item {
-                    readonly property alias painter: gridPainter
-
+                ImagePainter {
+                    id: gridPainter
+                    objectName: "gridPainter" + index
                     Layout.fillWidth: true
                     Layout.fillHeight: true
-
-                    ImagePainter {
-                        id: gridPainter
-                        objectName: "gridPainter" + index
-                        anchors.fill: parent
-                        source: control.imageOf(index)
-                        horizontalFlip: control.horizontalFlip
-                        verticalFlip: control.verticalFlip
-                        showPoints: control.showPoints
-                        tofData: control.camera && control.camera.tof ? control.camera.tof : null
-                        objects: control.objectsOf(index)
-                        Component.onCompleted: gridPainter.CNNRunning = true
-                    }
+                    source: control.imageOf(index)
+                    horizontalFlip: control.horizontalFlip
+                    verticalFlip: control.verticalFlip
+                    showPoints: control.showPoints
+                    tofData: control.camera && control.camera.tof ? control.camera.tof : null
+                    objects: control.objectsOf(index)
+                    Component.onCompleted: gridPainter.CNNRunning = true
 
                     StreamLabel {
                         objectName: "gridCaption" + index
