@@ -33,6 +33,11 @@ public:
     /// The current frame for the video writer, as a copy; empty before the first one.
     virtual cv::Mat toMat() const = 0;
 
+    /// Frames per second of the next video; one that is being written keeps its rate.
+    void setRecordFrameRate(int rate);
+    /// Appends the current frame to the running video; false without a video or without a frame. Thread-safe.
+    bool writeFrame();
+
 public slots:
     /// Starts or ends a video recording. Size and rate of the video are those of this moment; nothing tells
     /// whether the writer opened.
@@ -50,12 +55,6 @@ signals:
     void sourceWidthChanged(int sourceWidth);
     void sourceHeightChanged(int sourceHeight);
     void imageChanged(ImageData *image);
-
-protected:
-    /// Frames per second of the next video; one that is being written keeps its rate.
-    void setRecordFrameRate(int rate);
-    /// Appends the current frame to the running video; false without a video or without a frame. Thread-safe.
-    bool writeFrame();
 
 private:
     bool hasVideoWriter() const;

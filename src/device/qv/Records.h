@@ -265,3 +265,6 @@ static_assert(offsetof(SgbmConfig, dewarpZoomFactor) == 4 && offsetof(SgbmConfig
     && offsetof(SgbmConfig, source) == 88 && sizeof(SgbmConfig) == 92);
 
 } // namespace qv
+
+// The one record of the contract that stream models and their fakes name without its namespace.
+using qv::SgbmConfig;
