@@ -185,12 +185,12 @@ DisplayItem {
 
     Connections {
         target: control.slam ? control.slam.position : null
-        function onVectorChanged(vector) { control.feedSlamPath(vector) }
+        function onVectorChanged(vector) { control.feedSlamPath(vector || control.slam.position.vector) }
     }
 
     Connections {
         target: control.edge ? control.edge.position : null
-        function onVectorChanged(vector) { control.feedEdgePath(vector) }
+        function onVectorChanged(vector) { control.feedEdgePath(vector || control.edge.position.vector) }
     }
 
     // A save that ends after its device has gone from here tells nobody.
