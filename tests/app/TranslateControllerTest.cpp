@@ -89,6 +89,7 @@ TEST(TranslateController, catalogueWithoutTranslationsShowsTheSource)
     document.choose(1);
     document.choose(3);
     EXPECT_EQ(document.text(), English);
+    EXPECT_EQ(QCoreApplication::translate("main", "Info"), QStringLiteral("Informations")) << "it is loaded";
 }
 
 TEST(TranslateController, anyOtherNumberIsEnglish)

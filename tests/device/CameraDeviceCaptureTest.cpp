@@ -273,6 +273,26 @@ TEST_F(Capture, poseRecordingGoesToHostAndEdge)
         (QStringList{QStringLiteral("edge.csv"), QStringLiteral("host.csv")}));
 }
 
+TEST_F(Capture, poseRecordingTellsFirstThenSwitchesHostBeforeEdge)
+{
+    QStringList order;
+    const auto note = [&order](
+                          const char *what) { return [&order, what] { order.append(QLatin1String(what)); }; };
+    QObject::connect(&m_camera, &CameraDevice::recordingSlamChanged, note("changed"));
+    QObject::connect(m_camera.slam(), &SlamData::recordPathChanged, note("host path"));
+    QObject::connect(m_camera.edge(), &SlamData::recordPathChanged, note("edge path"));
+    QObject::connect(m_camera.slam(), &SlamData::recordingChanged, note("host"));
+    QObject::connect(m_camera.edge(), &SlamData::recordingChanged, note("edge"));
+    m_camera.setRecordingSlam(true);
+    EXPECT_EQ(order,
+        (QStringList{QStringLiteral("changed"), QStringLiteral("host path"), QStringLiteral("edge path"),
+            QStringLiteral("host"), QStringLiteral("edge")}));
+    order.clear();
+    m_camera.setRecordingSlam(false);
+    EXPECT_EQ(
+        order, (QStringList{QStringLiteral("changed"), QStringLiteral("host"), QStringLiteral("edge")}));
+}
+
 TEST_F(Capture, bothRecordingsOfOneSecondShareTheirFolder)
 {
     // A second may turn between the two; then they are tried again.

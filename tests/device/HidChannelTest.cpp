@@ -102,6 +102,12 @@ TEST_F(HidChannelTest, badDigitsAreRefused)
     EXPECT_THAT(m_device->hidCommands, IsEmpty());
 }
 
+TEST_F(HidChannelTest, onlyBlanksAreRemoved)
+{
+    send(QStringLiteral("\n02"));
+    EXPECT_THAT(m_device->hidCommands, ElementsAre(padded({0x00, 0x02})));
+}
+
 TEST_F(HidChannelTest, replyIsPairsWithABlankEach)
 {
     m_device->hidAnswer = padded({0x02, 0xFE, 0x0A, 0xFF});

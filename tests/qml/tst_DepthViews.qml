@@ -224,6 +224,7 @@ Item {
             var box = find(view, "centerBox")
             compare([box.width, box.height, box.visible, box.border.width], [50, 50, false, 3])
             verify(Qt.colorEqual(box.border.color, "#225022"))
+            verify(Qt.colorEqual(box.color, "transparent"))
             tryCompare(box, "x", 320)
             tryCompare(box, "y", 240)
             compare([camera.lastOf("setCenterAvgX"), camera.lastOf("setCenterAvgY")], [160, 100])

@@ -167,6 +167,23 @@ Item {
             cleanupScene()
         }
 
+        function test_theEntitiesInTheirOrder() {
+            scene = create(sceneComponent)
+            const names = ["slamCamera", "slamPath", "planeEntities", "edgeCamera", "edgePath", "pointcloud"]
+            const entities = [device.nodesOf(scene, "GroundPlane")[0], device.nodesOf(scene, "CoordinateEntity")[0]]
+                .concat(names.map(function(name) { return device.node(scene, name) }))
+            const places = entities.map(function(entity) {
+                for (let i = 0; i < scene.childNodes.length; ++i) {
+                    if (scene.childNodes[i] === entity)
+                        return i
+                }
+                return -1
+            })
+            for (let i = 1; i < places.length; ++i)
+                verify(places[i - 1] >= 0 && places[i - 1] < places[i], String(places))
+            cleanupScene()
+        }
+
         function test_theMapIsMadeOfPoints() {
             scene = create(sceneComponent)
             scene.pointCloud = device.map.pointCloud

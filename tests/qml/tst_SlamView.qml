@@ -1,5 +1,6 @@
 import QtQuick 2.13
 import QtQuick.Controls 2.13
+import QtQuick.Scene3D 2.13
 import QtTest 1.13
 import SlamDevice 1.0
 import "qrc:/"
@@ -90,6 +91,18 @@ Item {
             compare(item("mapCheckbox").checked, true)
             compare(item("freeViewCheckBox").checked, false)
             compare(item("fpsLabel").text, "[SLAM]  @0fps")
+            compare(item("edgeSourceButton").text, "Edge")
+            compare(item("slamSourceButton").text, "Mixed")
+            const scene3d = item("scene3d")
+            compare(scene3d.aspects, ["input", "logic"])
+            compare(scene3d.cameraAspectRatioMode, Scene3D.AutomaticAspectRatio)
+            compare(scene3d.visible, true)
+        }
+
+        function test_aViewWithoutWidthDrawsNoScene() {
+            open()
+            view.width = 0
+            compare(item("scene3d").visible, false)
         }
 
         function test_withoutACameraAllFallsBack() {

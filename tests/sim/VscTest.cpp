@@ -211,6 +211,15 @@ TEST_F(VscTest, theMatcherOnTheHostIsHalfAsFast)
     const auto all = tap->all();
     for (std::size_t i = 1; i < all.size(); ++i)
         EXPECT_GE(all[i].edgeTimestampUs - all[i - 1].edgeTimestampUs, 99'900);
+    // It finds more on plain surfaces.
+    StereoMatcher matcher(SharedWorld::get(1), FisheyeRig::stereo(640, 400));
+    const double t = static_cast<double>(all[0].edgeTimestampUs) * 1e-6;
+    cv::Mat thorough;
+    cv::Mat quick;
+    matcher.match(t, {{160, 100}, true, 1, true}, thorough);
+    matcher.match(t, {{160, 100}, true, 1, false}, quick);
+    const cv::Mat more = (thorough > 0) & (quick <= 0) & (matOf(all[0]) > 0);
+    EXPECT_GT(cv::countNonZero(more), 0);
 }
 
 TEST_F(VscTest, withSyncItsTimesAreOnTheCommonGrid)

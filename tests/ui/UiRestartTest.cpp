@@ -181,6 +181,7 @@ TEST_F(Child, isEnglishByTheEmptyFrenchCatalogue)
     EXPECT_EQ(hint(), QStringLiteral("Info"));
     EXPECT_EQ(syncText(), QStringLiteral("Enable Sync"));
     EXPECT_EQ(id("combobox")->property("count").toInt(), 3) << "French can't be chosen";
+    EXPECT_TRUE(QFile::exists(QStringLiteral(":/viewer_fr_FR.qm"))) << "but it is there";
 }
 
 TEST_F(Child, becomesJapanese)

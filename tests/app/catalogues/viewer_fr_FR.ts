@@ -7,5 +7,9 @@
             <source>Documentation</source>
             <translation type="unfinished"></translation>
         </message>
+        <message>
+            <source>Info</source>
+            <translation>Informations</translation>
+        </message>
     </context>
 </TS>
