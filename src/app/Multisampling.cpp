@@ -1,5 +1,7 @@
 #include "app/Multisampling.h"
 
+#include "app/FramePacer.h"
+
 #include <QOpenGLContext>
 #include <QOpenGLFunctions>
 #include <QQuickWindow>
@@ -24,6 +26,14 @@ void drawWithOneSample()
     QSurfaceFormat::setDefaultFormat(format);
 }
 
+void spare(QQuickWindow *window)
+{
+    drawWithOneSample();
+    // The scene graph may be initialized anew.
+    if (!window->findChild<FramePacer *>(QString(), Qt::FindDirectChildrenOnly))
+        new FramePacer(window);
+}
+
 } // namespace
 
 bool isSoftwareRenderer(std::string_view name)
@@ -42,7 +52,8 @@ void spareSoftwareRenderer(QQuickWindow *window)
             // On the thread that draws.
             const QByteArray name = rendererName();
             if (isSoftwareRenderer({name.constData(), std::size_t(name.size())}))
-                QMetaObject::invokeMethod(window, drawWithOneSample, Qt::QueuedConnection);
+                QMetaObject::invokeMethod(
+                    window, [window] { spare(window); }, Qt::QueuedConnection);
         },
         Qt::DirectConnection);
 }

@@ -114,15 +114,13 @@ void closeWhatOpened()
 /// Views glide to their places.
 void waitUntilItRests(const QPointer<QQuickItem> &item)
 {
-    QRectF before;
+    const auto place = [&] { return item ? item->mapRectToScene(item->boundingRect()) : QRectF(); };
     waitFor(
         [&] {
-            const QRectF now = item ? item->mapRectToScene(item->boundingRect()) : QRectF();
-            const bool rests = now == before;
-            before = now;
-            if (!rests)
-                QTest::qWait(100);
-            return rests;
+            const QRectF before = place();
+            QTest::qWait(100);
+            WindowDriver::waitForPicture();
+            return place() == before;
         },
         minute);
 }
@@ -187,6 +185,7 @@ int turnOf(const QQuickItem *item)
 int driveAll(QQuickItem *root, QStringList &silent)
 {
     QList<QPointer<QQuickItem>> controls;
+    WindowDriver::waitForPicture();
     collect(root, controls);
     std::stable_sort(controls.begin(), controls.end(),
         [](const QPointer<QQuickItem> &one, const QPointer<QQuickItem> &other) {
@@ -194,6 +193,9 @@ int driveAll(QQuickItem *root, QStringList &silent)
         });
     int used = 0;
     for (const QPointer<QQuickItem> &control : controls) {
+        // The views find their places a moment after one has been made large or closed.
+        if (control && turnOf(control) > 0)
+            waitFor([&] { return canBeUsed(control); }, 2000);
         if (!canBeUsed(control) || hasNothingToTell(control))
             continue;
         const QString name = nameOf(control);

@@ -10,6 +10,8 @@
 #include <QQmlExpression>
 #include <QStyleHints>
 #include <QtTest/QTest>
+#include <atomic>
+#include <memory>
 
 namespace {
 
@@ -161,6 +163,8 @@ void WindowDriver::key(Qt::Key key, Qt::KeyboardModifiers modifiers)
 
 void WindowDriver::reveal(QQuickItem *item)
 {
+    // A hand aims at what it sees.
+    waitForPicture();
     for (QQuickItem *parent = item->parentItem(); parent; parent = parent->parentItem()) {
         if (!parent->inherits("QQuickFlickable"))
             continue;
@@ -170,9 +174,21 @@ void WindowDriver::reveal(QQuickItem *item)
         if (top < shown || top + item->height() > shown + parent->height()) {
             const qreal last = qMax<qreal>(0, parent->property("contentHeight").toReal() - parent->height());
             parent->setProperty("contentY", qBound<qreal>(0, top - parent->height() / 2, last));
-            QCoreApplication::processEvents();
+            waitForPicture();
         }
     }
+}
+
+void WindowDriver::waitForPicture()
+{
+    constexpr int limit = 60000;
+    const auto synchronized = std::make_shared<std::atomic<bool>>(false);
+    const QMetaObject::Connection connection = QObject::connect(
+        window(), &QQuickWindow::afterSynchronizing, window(), [synchronized] { *synchronized = true; },
+        Qt::DirectConnection);
+    window()->update();
+    waitFor([&] { return synchronized->load(); }, limit);
+    QObject::disconnect(connection);
 }
 
 QImage WindowDriver::grab()

@@ -36,6 +36,8 @@ public:
     /// Scrolls whatever flickable holds the item until the item can be seen.
     static void reveal(QQuickItem *item);
 
+    /// Waits until what has changed so far is laid out, which comes with the next picture.
+    static void waitForPicture();
     /// What the window shows now.
     static QImage grab();
     /// The part of `grab()` that the item covers.
