@@ -168,7 +168,7 @@ void TofData::control(bool enable)
 
 bool TofData::isEnable() const
 {
-    return m_isEnable;
+    return m_isEnable.load(relaxed);
 }
 
 bool TofData::setDistanceMode(int distanceMode)
@@ -366,10 +366,10 @@ void TofData::unregisterFrames()
 
 void TofData::settle(bool running)
 {
-    m_isEnable = false;
+    m_isEnable.store(false, relaxed);
     QThread::msleep(settleMs);
     m_running.store(running, relaxed);
-    m_isEnable = true;
+    m_isEnable.store(true, relaxed);
     emit tofRunning(running ? TofStarted : TofStopped);
 }
 

@@ -141,7 +141,7 @@ private:
     std::atomic<double> m_maxDistance{1.0};
     std::atomic<double> m_minDistance{0.1};
     std::atomic<bool> m_running{false};
-    bool m_isEnable = true;
+    std::atomic<bool> m_isEnable{true};
     bool m_keepRunning = false;
     int m_fps = 5;
     int m_resolution = 0;

@@ -55,11 +55,24 @@ TEST(ImuAxisData, setStoresAllAndSignalsTheVectorFirst)
 
 TEST(ImuAxisData, oneDifferentValueSignalsAllFour)
 {
+    for (const QVector3D &changed : {QVector3D(4, 2, 3), QVector3D(1, 4, 3), QVector3D(1, 2, 4)}) {
+        ImuAxisData axis;
+        axis.set(1, 2, 3);
+        const Signals heard(axis);
+        axis.set(double(changed.x()), double(changed.y()), double(changed.z()));
+        EXPECT_EQ(heard.names, (QStringList{"vector", "x", "y", "z"}));
+        EXPECT_EQ(heard.vectors, QList<QVector3D>{changed});
+    }
+}
+
+TEST(ImuAxisData, theSmallestStepOfAFloatIsAChange)
+{
     ImuAxisData axis;
     axis.set(1, 2, 3);
     const Signals heard(axis);
-    axis.set(1, 2, 4);
-    EXPECT_EQ(heard.names, (QStringList{"vector", "x", "y", "z"}));
+    axis.set(double(std::nextafter(1.0F, 2.0F)), 2, 3);
+    axis.setVector({std::nextafter(1.0F, 2.0F), std::nextafter(2.0F, 3.0F), 3});
+    EXPECT_EQ(heard.names, (QStringList{"vector", "x", "y", "z", "vector", "x", "y", "z"}));
 }
 
 TEST(ImuAxisData, whatAFloatCannotTellApartIsNoChange)
@@ -85,15 +98,18 @@ TEST(ImuAxisData, oneAxisSignalsBeforeTheVectorAndAlways)
 {
     ImuAxisData axis;
     const Signals heard(axis);
-    axis.setX(0.1);
-    axis.setX(0.1);
-    axis.setY(2);
-    axis.setZ(3);
-    EXPECT_EQ(heard.names, (QStringList{"x", "vector", "x", "vector", "y", "vector", "z", "vector"}));
-    EXPECT_EQ(heard.values, (QList<double>{double(0.1F), double(0.1F), 2, 3}));
-    EXPECT_EQ(heard.vectors,
-        (QList<QVector3D>{
-            QVector3D(0.1F, 0, 0), QVector3D(0.1F, 0, 0), QVector3D(0.1F, 2, 0), QVector3D(0.1F, 2, 3)}));
+    for (int i = 0; i < 2; ++i)
+        axis.setX(0.1);
+    for (int i = 0; i < 2; ++i)
+        axis.setY(2);
+    for (int i = 0; i < 2; ++i)
+        axis.setZ(3);
+    EXPECT_EQ(heard.names,
+        (QStringList{
+            "x", "vector", "x", "vector", "y", "vector", "y", "vector", "z", "vector", "z", "vector"}));
+    EXPECT_EQ(heard.values, (QList<double>{double(0.1F), double(0.1F), 2, 2, 3, 3}));
+    const QVector3D x(0.1F, 0, 0), xy(0.1F, 2, 0), all(0.1F, 2, 3);
+    EXPECT_EQ(heard.vectors, (QList<QVector3D>{x, x, xy, xy, all, all}));
     EXPECT_EQ(axis.vector(), QVector3D(0.1F, 2, 3));
 }
 

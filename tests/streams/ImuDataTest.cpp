@@ -109,7 +109,9 @@ TEST_F(Imu, modeAlwaysSignalsAndReachesTheDevice)
     imu->setMode(1);
     imu->setMode(4);
     imu->setMode(4);
-    EXPECT_EQ(mode.count(), 3);
+    ASSERT_EQ(mode.count(), 3);
+    EXPECT_EQ(mode[0][0].toInt(), 1);
+    EXPECT_EQ(mode[2][0].toInt(), 4);
     EXPECT_EQ(imu->mode(), 4);
     EXPECT_THAT(device->calls(), ElementsAre("setImuMode(1)", "setImuMode(4)", "setImuMode(4)"));
 }
@@ -120,9 +122,32 @@ TEST_F(Imu, offsetDoesSoOnlyWhenItDiffers)
     imu->setOffset(0);
     imu->setOffset(-300);
     imu->setOffset(-300);
-    EXPECT_EQ(offset.count(), 1);
+    ASSERT_EQ(offset.count(), 1);
+    EXPECT_EQ(offset[0][0].toInt(), -300);
     EXPECT_EQ(imu->offset(), -300);
     EXPECT_THAT(device->calls(), ElementsAre("setImuOffset(-300)"));
+}
+
+TEST_F(Imu, settingsAreToldBeforeTheDeviceHasThem)
+{
+    std::vector<std::size_t> callsSoFar;
+    const auto note = [&] { callsSoFar.push_back(device->calls().size()); };
+    QObject::connect(imu.get(), &ImuData::modeChanged, note);
+    QObject::connect(imu.get(), &ImuData::offsetChanged, note);
+    imu->setMode(2);
+    imu->setOffset(500);
+    EXPECT_THAT(callsSoFar, ElementsAre(0U, 1U));
+    EXPECT_THAT(device->calls(), ElementsAre("setImuMode(2)", "setImuOffset(500)"));
+}
+
+TEST_F(Imu, aRefusedStartIsIgnored)
+{
+    const auto refusing = std::make_shared<FakeImuSensor>();
+    refusing->startResult = false;
+    ImuData other(refusing, nullptr);
+    EXPECT_THAT(refusing->calls(), ElementsAre("registerCallback", "start"));
+    refusing->deliver(reading(1));
+    EXPECT_EQ(other.gyro()->vector(), QVector3D(1, 2, 3));
 }
 
 TEST_F(Imu, aPlainDeviceOrNoneTakesTheSettingsInSilence)

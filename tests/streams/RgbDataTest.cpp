@@ -182,6 +182,20 @@ TEST_F(Rgb, theSecondCameraIsControlledApart)
             "disabled2", "enabled2", "2", "disabled2", "enabled2", "2", "disabled2", "enabled2", "3"}));
 }
 
+TEST_F(Rgb, aStoppedCameraHasNoCallbackLeftToTakeBack)
+{
+    for (const int index : {0, 1}) {
+        rgb->control(true, index);
+        rgb->control(false, index);
+        camera->takeCalls();
+        rgb->control(false, index);
+        EXPECT_THAT(camera->takeCalls(), ElementsAre(index == 0 ? "stop" : "stopCamera(1)"));
+    }
+    rgb.reset();
+    EXPECT_THAT(camera->takeCalls(),
+        ElementsAre("unregisterCallback(-1)", "unregisterCallback2(-1)", "stop", "stopCamera(1)"));
+}
+
 TEST_F(Rgb, otherCamerasDoNothing)
 {
     QSignalSpy running(rgb.get(), &RgbData::rgbRunning);
@@ -227,8 +241,10 @@ TEST_F(Rgb, aHeldStreamIsNotStopped)
 
     EXPECT_FALSE(rgb->startOrStop(false)) << "not running, so nothing to let go";
     rgb->control(true);
-    EXPECT_TRUE(rgb->startOrStop(false));
     camera->takeCalls();
+    EXPECT_TRUE(rgb->startOrStop(false));
+    EXPECT_THAT(camera->calls(), IsEmpty()) << "the stream keeps running";
+    EXPECT_TRUE(rgb->isRunning());
     rgb->control(false);
     EXPECT_THAT(camera->calls(), ElementsAre("unregisterCallback(2)", "stop"));
 }
@@ -310,6 +326,13 @@ TEST_F(Rgb, theSecondCameraHasItsOwnPictureAndRate)
     fireTimers(*rgb);
     EXPECT_EQ(rgb->dataFrameRate(), 0.0);
     EXPECT_EQ(rgb->dataFrameRate2(), 2.0);
+    auto unknown = frame;
+    unknown.codec = 3;
+    unknown.data = bufferOf(std::vector<unsigned char>(36));
+    camera->callbacks2.deliver(unknown);
+    EXPECT_EQ(rgb->image2()->data(), frame.data);
+    fireTimers(*rgb);
+    EXPECT_EQ(rgb->dataFrameRate2(), 1.0) << "counted before its codec is looked at";
 }
 
 TEST_F(Rgb, theSecondImageCanBeReplaced)
@@ -354,6 +377,18 @@ TEST_F(Rgb, frameRateReachesCameraAndRecorder)
     EXPECT_EQ(rate[0][0].toInt(), 15);
     EXPECT_EQ(log.lines(), QStringList{"debug: Set framerate to 15"});
     EXPECT_THAT(camera->calls(), ElementsAre("setFramerate(15)"));
+}
+
+TEST_F(Rgb, settingsAreToldBeforeTheCameraHasThem)
+{
+    std::vector<std::size_t> callsSoFar;
+    const auto note = [&] { callsSoFar.push_back(camera->calls().size()); };
+    QObject::connect(rgb.get(), &RgbData::framerateChanged, note);
+    QObject::connect(rgb.get(), &RgbData::resolutionChanged, note);
+    rgb->setFramerate(15);
+    rgb->setResolution(2);
+    EXPECT_THAT(callsSoFar, ElementsAre(0U, 1U));
+    EXPECT_THAT(camera->calls(), ElementsAre("setFramerate(15)", "setResolution(2)"));
 }
 
 TEST_F(Rgb, theRecorderFollowsAcceptedRatesOnly)

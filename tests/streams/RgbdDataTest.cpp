@@ -93,6 +93,7 @@ TEST_F(Rgbd, controlRegistersAndUnregisters)
     EXPECT_TRUE(rgbd->control(true));
     EXPECT_EQ(camera->colorDepth.count(), 1U);
     EXPECT_TRUE(rgbd->control(false));
+    EXPECT_FALSE(rgbd->control(false)) << "nothing is registered any more";
     EXPECT_THAT(camera->calls(),
         ElementsAre("registerColorDepthImageCallback", "unregisterColorDepthImageCallback(1)",
             "registerColorDepthImageCallback", "unregisterColorDepthImageCallback(2)"));

@@ -264,6 +264,22 @@ TEST_F(Sgbm, eachSettingRestartsTheUnitWithIt)
     EXPECT_EQ(vsc->callbacks.count(), 1U) << "the callback stays registered";
 }
 
+TEST_F(Sgbm, aSettingThatIsThereAlreadyRestartsTheUnitToo)
+{
+    for (int i = 0; i < 2; ++i) {
+        sgbm->setSource("HW");
+        sgbm->setEnableDewarp(true);
+        sgbm->setZoomFactor(1.0F);
+        sgbm->setBaseline(0.08F);
+        sgbm->setFOV(96.0F);
+        sgbm->setMaxDisparity(255);
+        sgbm->setMaxDistance(8000);
+        sgbm->setMinDistance(100);
+    }
+    EXPECT_EQ(vsc->configs.size(), 16U);
+    EXPECT_EQ(vsc->calls().size(), 32U);
+}
+
 TEST_F(Sgbm, everyWordButOneIsTheSoftware)
 {
     for (const char *word : {"SW", "hw", "", "HW "}) {
@@ -349,6 +365,7 @@ TEST_F(Sgbm, theResolutionPropertyDoesNotReachTheUnit)
 
 TEST_F(Sgbm, setSgbmResolutionDoes)
 {
+    QSignalSpy resolution(sgbm.get(), &SgbmData::resolutionChanged);
     EXPECT_TRUE(sgbm->setSgbmResolution(0)) << "has it already";
     EXPECT_THAT(vsc->takeCalls(), IsEmpty());
     EXPECT_TRUE(sgbm->setSgbmResolution(1));
@@ -356,6 +373,7 @@ TEST_F(Sgbm, setSgbmResolutionDoes)
     vsc->resolutionResult = false;
     EXPECT_FALSE(sgbm->setSgbmResolution(2));
     EXPECT_EQ(sgbm->resolution(), 2) << "keeps the new value";
+    EXPECT_EQ(resolution.count(), 0) << "who asks for it isn't told";
     EXPECT_EQ(log.lines(), QStringList{"debug: set sgbm resolution failed"});
 }
 
@@ -547,6 +565,17 @@ TEST_F(Sgbm, holesAreFilledBeforeAnythingIsRead)
     EXPECT_NO_THROW(vsc->deliver(depth(20, 20, samples)));
 }
 
+TEST_F(Sgbm, filledHolesAreColouredAsWhatFillsThem)
+{
+    run();
+    sgbm->setHoleSize(3);
+    Samples samples(20 * 20, 500);
+    samples[10 * 20 + 10] = 0;
+    vsc->deliver(depth(20, 20, samples));
+    const double seen = 20 / (2 * std::tan(48 * M_PI / 180)) * 0.08;
+    EXPECT_EQ(shown(sgbm->image()), plainColours(Samples(20 * 20, 500), 0.1, seen));
+}
+
 TEST_F(Sgbm, theReadOutIsThePixelItself)
 {
     run();
@@ -556,12 +585,19 @@ TEST_F(Sgbm, theReadOutIsThePixelItself)
     vsc->deliver(frame);
     EXPECT_TRUE(depths.isEmpty()) << "no pixel named";
     EXPECT_EQ(sgbm->depth(), 0);
+    sgbm->setY(1);
+    vsc->deliver(frame);
+    EXPECT_TRUE(depths.isEmpty()) << "a row without a column names none";
+    EXPECT_EQ(sgbm->depth(), 0);
     for (int y = 0; y < 4; ++y) {
         for (int x = 0; x < 8; ++x) {
             sgbm->setX(x);
             sgbm->setY(y);
+            sgbm->setObjectX(7 - x);
+            sgbm->setObjectY(3 - y);
             vsc->deliver(frame);
             ASSERT_EQ(sgbm->depth(), 60000 + 8 * y + x) << "unsigned";
+            ASSERT_EQ(sgbm->objectDepth(), 60031 - 8 * y - x);
             ASSERT_EQ(depths.last(), sgbm->depth());
         }
     }
@@ -622,6 +658,7 @@ TEST_F(Sgbm, zerosAreSignalledOnEveryThirtiethOnly)
 TEST_F(Sgbm, theAverageIsOfEveryTwentiethFrame)
 {
     run();
+    EXPECT_EQ(deliverUntilAverage(depth(8, 4, countingUp(32))), 0) << "not asked for";
     sgbm->setEnableCenterAvgPx(true);
     sgbm->setCenterAvgX(2);
     sgbm->setCenterAvgY(1);
@@ -693,6 +730,27 @@ TEST_F(Sgbm, disparityIsScaledJetWithoutItsSpecks)
     EXPECT_EQ(sgbm->image()->frame().type, int(ImageData::Color));
     fireTimers(*sgbm);
     EXPECT_EQ(sgbm->frameRate(), 1);
+}
+
+TEST_F(Sgbm, aSpeckIsJudgedByItsEightNeighbours)
+{
+    run();
+    sgbm->setDepth(false);
+    // Nine equal pixels amid nothing: the corners have three of them around, all others at least five.
+    Bytes samples(9 * 9, 0);
+    Bytes levels(9 * 9, 0);
+    for (std::size_t y = 3; y < 6; ++y) {
+        for (std::size_t x = 3; x < 6; ++x) {
+            samples[9 * y + x] = 40;
+            levels[9 * y + x] = 100;
+        }
+    }
+    vsc->deliver(disparity(9, 9, samples));
+    const Bytes jet = mapped(levels, cv::COLORMAP_JET);
+    Bytes expected(3 * 9 * 9, 0);
+    for (const std::ptrdiff_t pixel : {9 * 3 + 4, 9 * 4 + 3, 9 * 4 + 4, 9 * 4 + 5, 9 * 5 + 4})
+        std::copy_n(jet.begin() + 3 * pixel, 3, expected.begin() + 3 * pixel);
+    EXPECT_EQ(shown(sgbm->image()), expected);
 }
 
 TEST_F(Sgbm, disparityHasNoReadOuts)
@@ -767,6 +825,9 @@ TEST_F(Sgbm, saveWritesTheFirstThirdAsGrey)
             ASSERT_EQ(image.constScanLine(y)[x], bytes[std::size_t(y * 63 + x)]);
     }
     EXPECT_FALSE(sgbm->save(folder.filePath("none/sbgm.png")));
+    sgbm->control(false);
+    EXPECT_FALSE(sgbm->save(folder.filePath("stopped.png")));
+    EXPECT_FALSE(QFile::exists(folder.filePath("stopped.png"))) << "though there is a frame";
 }
 
 TEST_F(Sgbm, destructionUnregistersAndDoesNotStop)

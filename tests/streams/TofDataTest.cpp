@@ -198,6 +198,16 @@ TEST_F(Tof, aHeldStreamIsNotStoppedUntilItIsLetGo)
     EXPECT_FALSE(tof->startOrStop(false));
 }
 
+TEST_F(Tof, aStreamThatRunsAlreadyIsNotHeld)
+{
+    run();
+    EXPECT_FALSE(tof->startOrStop(true));
+    EXPECT_THAT(camera->calls(), IsEmpty());
+    tof->control(false);
+    EXPECT_THAT(camera->calls(), ElementsAre("unregisterCallback(1)", "unregisterCallback(-1)", "stop"));
+    EXPECT_FALSE(tof->isRunning());
+}
+
 TEST_F(Tof, startOrStopAnswersTheStart)
 {
     camera->startResult = false;
@@ -212,7 +222,11 @@ TEST_F(Tof, frameRateReachesTheCameraWhenItDiffers)
     tof->setFramerate(10);
     ASSERT_EQ(rate.count(), 1);
     EXPECT_EQ(rate[0][0].toInt(), 10);
-    EXPECT_THAT(camera->calls(), ElementsAre("setFramerate(10)"));
+    EXPECT_THAT(camera->takeCalls(), ElementsAre("setFramerate(10)"));
+    QObject::connect(tof.get(), &TofData::framerateChanged,
+        [&] { EXPECT_THAT(camera->calls(), IsEmpty()) << "told before the camera has it"; });
+    tof->setFramerate(20);
+    EXPECT_THAT(camera->calls(), ElementsAre("setFramerate(20)"));
 }
 
 TEST_F(Tof, theRecorderFollowsAcceptedRatesOnly)
@@ -468,6 +482,21 @@ TEST_F(Tof, theReadOutIsOnePixelToTheLeft)
     EXPECT_EQ(depths.size(), 22);
 }
 
+TEST_F(Tof, millimetresAreReadBeforeTheyAreShownAndMetresAfter)
+{
+    run();
+    tof->setPixelShow(true);
+    tof->setX(2);
+    QStringList order;
+    QObject::connect(tof.get(), &TofData::depthChanged, [&] { order << "depth"; });
+    QObject::connect(tof->image(), &ImageData::update, [&] { order << "picture"; });
+    camera->deliver(countingMillimetres(4, 3));
+    EXPECT_EQ(order, (QStringList{"depth", "picture"}));
+    order.clear();
+    camera->deliver(countingMetres(4, 3));
+    EXPECT_EQ(order, (QStringList{"picture", "depth"}));
+}
+
 TEST_F(Tof, readOutsOutsideTheFrameKeepTheOldValueAndSignal)
 {
     run();
@@ -564,6 +593,7 @@ TEST_F(Tof, theAverageIsOfEveryTwentiethFrameWithoutItsZeros)
     tof->setCenterAvgHeight(2);
     const auto frame = millimetres(10, 10, samples);
     EXPECT_EQ(deliverUntilAverage(frame), 0) << "not asked for";
+    EXPECT_EQ(deliverUntilAverage(countingMetres(10, 10)), 0) << "not asked for";
     tof->setEnableCenterAvgPx(true);
     EXPECT_GT(deliverUntilAverage(frame), 0);
     EXPECT_EQ(tof->centerAvgPx(), 1008 / 4);
@@ -575,6 +605,25 @@ TEST_F(Tof, theAverageIsOfEveryTwentiethFrameWithoutItsZeros)
     EXPECT_GT(deliverUntilAverage(metres(10, 10, floats)), 0);
     EXPECT_NEAR(tof->centerAvgPx(), 252, 1);
     EXPECT_EQ(deliverUntilAverage(metres(10, 10, floats)), 20);
+}
+
+TEST_F(Tof, theUntouchedBoxIsTheFirstFiftyByFifty)
+{
+    run();
+    tof->setEnableCenterAvgPx(true);
+    const auto framed = [](int width, int height) {
+        Millimetres samples(60 * 60, 6000);
+        for (int y = 0; y < height; ++y)
+            std::fill_n(samples.begin() + y * 60, width, std::int16_t(3000));
+        return millimetres(60, 60, samples);
+    };
+    EXPECT_GT(deliverUntilAverage(framed(50, 50)), 0);
+    EXPECT_EQ(tof->centerAvgPx(), 3000);
+    // The 50 pixels of the last column, or row, raise it by 50 / 2500 of 3000.
+    for (const auto &[width, height] : {std::pair{49, 50}, std::pair{50, 49}}) {
+        EXPECT_GT(deliverUntilAverage(framed(width, height)), 0);
+        EXPECT_EQ(tof->centerAvgPx(), 3060);
+    }
 }
 
 TEST_F(Tof, anAverageOfZerosIsZeroAndSignals)
@@ -708,6 +757,22 @@ TEST_F(Tof, thePictureHasTheDefaultColours)
     EXPECT_EQ(image.pixel(0, 0), qRgb(255, 12, 0));
 }
 
+TEST_F(Tof, whatIsNearerThanTenCentimetresIsNotMeasured)
+{
+    run();
+    tof->setMinDistance(0.0);
+    tof->setMaxDistance(1.0);
+    const Metres samples{0.05F, 0.09F, 0.1F, 0.101F};
+    // 0.101 m of 1 m is level 26: the others have levels of their own too, but take the first row.
+    const int rows[] = {0, 0, 0, 26};
+    camera->deliver(metres(4, 1, samples));
+    const QImage image = tof->toImage();
+    for (int i = 0; i < 4; ++i) {
+        const auto &[red, green, blue] = depthColorTable[std::size_t(rows[i])];
+        EXPECT_EQ(image.pixel(i, 0), qRgb(red, green, blue)) << samples[std::size_t(i)];
+    }
+}
+
 TEST_F(Tof, oddSamplesAndAnEmptyRangeGiveDefinedPictures)
 {
     run();
@@ -761,6 +826,9 @@ TEST_F(Tof, saveAnswersWhetherTheStreamRuns)
     EXPECT_TRUE(tof->save(folder.filePath("tof.png")));
     EXPECT_EQ(QImage(folder.filePath("tof.png")).convertToFormat(QImage::Format_RGB888), tof->toImage());
     EXPECT_TRUE(tof->save(folder.filePath("none/tof.png")));
+    tof->control(false);
+    EXPECT_FALSE(tof->save(folder.filePath("stopped.png")));
+    EXPECT_FALSE(QFile::exists(folder.filePath("stopped.png"))) << "though there is a frame";
 }
 
 TEST_F(Tof, recordsColouredFramesOfBothKinds)
@@ -786,6 +854,28 @@ TEST_F(Tof, recordsColouredFramesOfBothKinds)
         EXPECT_NEAR(mean[2], red, 12);
     }
     EXPECT_EQ(frames, 2);
+}
+
+TEST_F(Tof, infraredFramesRepeatTheLastDepthInTheVideo)
+{
+    const QTemporaryDir folder;
+    run();
+    const auto frame = metres(64, 48, Metres(64 * 48, 2.0F));
+    auto infrared = millimetres(64, 48, Millimetres(64 * 48, 9));
+    infrared.type = 2;
+    camera->deliver(frame);
+    tof->setRecordPath(folder.filePath("tof.avi"));
+    tof->setRecording(true);
+    for (const auto &each : {frame, infrared, infrared})
+        camera->deliver(each);
+    tof->setRecording(false);
+    cv::VideoCapture video(tof->recordPath().toStdString());
+    std::vector<cv::Scalar> means;
+    for (cv::Mat read; video.read(read);)
+        means.push_back(cv::mean(read));
+    ASSERT_EQ(means.size(), 3U);
+    for (int channel = 0; channel < 3; ++channel)
+        EXPECT_NEAR(means[2][channel], means[0][channel], 3);
 }
 
 TEST_F(Tof, unknownTypesAreLeftOutOfTheVideo)

@@ -1,9 +1,12 @@
-// While the camera settles the thread of the interface sleeps, so nothing on it can meet the lock closed;
-// these are the moments beside it that can be met.
+// While the camera settles the thread of the interface sleeps, so nothing on it can meet the lock closed:
+// there are the moments beside it, and other threads.
 #include "streams/TofData.h"
 #include "support/FakeTofCamera.h"
 
+#include <QElapsedTimer>
+#include <atomic>
 #include <functional>
+#include <thread>
 
 namespace {
 
@@ -46,4 +49,42 @@ TEST(TofSettling, theSwitchIsFreeBeforeAndAfter)
 
     EXPECT_THAT(moments,
         testing::ElementsAre("camera free idle", "on free running", "camera free running", "off free idle"));
+}
+
+TEST(TofSettling, anotherThreadSeesItLockedAndTheStreamChangeOnlyAfterwards)
+{
+    TofData tof(std::make_shared<FakeTofCamera>(), nullptr);
+    std::atomic<bool> begun{false}, done{false};
+    std::atomic<int> locked{0};
+    std::atomic<qint64> changedAfter{-1};
+    bool target = true;
+    QElapsedTimer since;
+    const auto watch = [&] {
+        begun = true;
+        while (!done) {
+            if (changedAfter < 0 && tof.isRunning() == target)
+                changedAfter = since.elapsed();
+            if (!tof.isEnable())
+                ++locked;
+            std::this_thread::yield();
+        }
+    };
+    for (const bool enable : {true, false}) {
+        target = enable;
+        begun = done = false;
+        locked = 0;
+        changedAfter = -1;
+        since.start();
+        std::thread watcher(watch);
+        while (!begun)
+            std::this_thread::yield();
+        tof.control(enable);
+        EXPECT_TRUE(tof.isEnable());
+        while (changedAfter < 0)
+            std::this_thread::yield();
+        done = true;
+        watcher.join();
+        EXPECT_GT(locked, 0);
+        EXPECT_GE(changedAfter, 99);
+    }
 }
