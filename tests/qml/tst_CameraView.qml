@@ -242,7 +242,9 @@ Item {
 
         function test_tofOffTakesRgbdAndInfraredWithIt() {
             open()
-            switchOn("tofButton", "irButton", "rgbdButton")
+            switchOn("irButton", "rgbdButton")
+            switchOn("tofButton")
+            compare([control("irButton").checked, control("rgbdButton").checked], [true, true])
             click("tofButton")
             compare(control("rgbdButton").checked, false)
             compare(control("irButton").checked, false)
@@ -251,7 +253,9 @@ Item {
 
         function test_rgbOffTakesRgbdWithIt() {
             open()
-            switchOn("rgbButton", "rgbdButton")
+            switchOn("rgbdButton")
+            switchOn("rgbButton")
+            compare(control("rgbdButton").checked, true)
             click("rgbButton")
             compare(control("rgbdButton").checked, false)
             compare(controls(), ["rgb.control(false)"])
@@ -264,6 +268,25 @@ Item {
             compare(control("irButton").enabled, true)
             device.tofIr = null
             compare(control("irButton").enabled, false)
+        }
+
+        function test_infraredIsControlledByItsSwitch() {
+            open()
+            switchOn("tofButton")
+            click("irButton")
+            click("irButton")
+            compare(controls(), ["tofIr.control(true)", "tofIr.control(false)"])
+        }
+
+        function test_rgbdIsCheckableWhileAllThreeModelsExist_data() {
+            return [{ tag: "rgb" }, { tag: "tof" }, { tag: "rgbd" }]
+        }
+
+        function test_rgbdIsCheckableWhileAllThreeModelsExist(row) {
+            open(function(fake) { fake.rgbd.enable = true })
+            compare([control("rgbdButton").enabled, control("rgbdButton").checkable], [true, true])
+            device[row.tag] = null
+            compare([control("rgbdButton").enabled, control("rgbdButton").checkable], [false, false])
         }
 
         function test_rgbdNeedsBothStreamsRunning() {

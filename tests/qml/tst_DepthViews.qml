@@ -186,10 +186,14 @@ Item {
         function test_outsideThePictureTheLastPixelIsSentAgain(data) {
             open(data)
             mouseMove(view, 101, 241)
-            camera.calls = []
-            mouseMove(view, 101, 20)
-            compare([view._x, view._y], [50, 100])
-            compare(camera.calls, ["setX 50", "setY 100"])
+            // Above the picture, and below it.
+            var beside = [20, 460]
+            beside.forEach(function(y) {
+                camera.calls = []
+                mouseMove(view, 101, y)
+                compare([view._x, view._y], [50, 100])
+                compare(camera.calls, ["setX 50", "setY 100"])
+            })
         }
 
         function test_clicksAreForwarded_data() { return both() }
@@ -284,6 +288,32 @@ Item {
                     data.tag === "tof" ? [dropped[0] / 4, dropped[1] / 4] : before)
         }
 
+        function test_aNewFrameWidthTellsWhereTheBoxStands_data() { return both() }
+
+        // 320 and 160 by 200 in 960 by 480 have one ratio, 2.4: only the width is new, and the dropped box stays.
+        function test_aNewFrameWidthTellsWhereTheBoxStands(data) {
+            var properties = { width: 960 }
+            properties[data.tag + "CenterPixelSwitchChecked"] = true
+            camera[data.tag].image = frames.make(320, 200)
+            properties.camera = camera
+            view = make(data.component, properties)
+            painter = find(view, "painter")
+            var box = find(view, "centerBox")
+            tryCompare(box, "x", 480)
+            mouseDrag(box, 25, 25, 30, 30)
+            verify(box.x > 480)
+            fuzzyCompare(camera.lastOf("setCenterAvgX"), (box.x - 96) / 2.4, 1e-3)
+            camera.calls = []
+            frames.refill(camera[data.tag].image, 160, 200)
+            tryCompare(painter, "sourceWidth", 160)
+            tryCompare(painter.topLeftPoint, "x", 288)
+            wait(0)
+            var told = [camera.lastOf("setCenterAvgX"), camera.lastOf("setCenterAvgY")]
+            compare([told[0] !== undefined, told[1] !== undefined], data.tag === "tof" ? [true, true] : [false, false])
+            if (data.tag === "tof")
+                fuzzyCompare(told[1], box.y / 2.4, 1e-3)
+        }
+
         function test_aNewViewSizeMovesTheLimits_data() { return both() }
 
         // 320 by 200 in 960 by 480: 768 by 480 at 2.4 times their size, 96 from either side.
@@ -305,6 +335,24 @@ Item {
                 compare([view._x, view._y], [100, 100])
                 compare(camera.calls, ["setX 100", "setY 100"])
             })
+        }
+
+        function test_theBoxOutlivesItsCamera_data() { return both() }
+
+        function test_theBoxOutlivesItsCamera(data) {
+            var properties = {}
+            properties[data.tag + "CenterPixelSwitchChecked"] = true
+            open(data, properties)
+            var box = find(view, "centerBox")
+            camera.calls = []
+            view.camera = null
+            box.x = 20
+            box.y = 60
+            view[data.tag + "CenterPixelSwitchChecked"] = false
+            view[data.tag + "CenterPixelSwitchChecked"] = true
+            verify(box.visible)
+            mouseMove(view, 200, 200)
+            compare(camera.calls, [])
         }
 
         function test_newSizeIsTold_data() { return both() }
@@ -491,6 +539,10 @@ Item {
             verify(find(view, "settingsPage").visible)
             verify(find(view, "holeColumn").visible)
             verify(!find(view, "boxColumn").visible)
+            find(view, "sgbmFillholesOrMaskSwitch").checked = false
+            verify(!find(view, "holeColumn").visible)
+            find(view, "sgbmFillholesOrMaskSwitch").checked = true
+            verify(find(view, "holeColumn").visible)
             find(view, "sgbmDepthOrDisparitySwitch").checked = false
             find(view, "sgbmCenterPixelSwitch").checked = true
             verify(!find(view, "holeColumn").visible)
