@@ -2,6 +2,7 @@
 // there are the moments beside it, and other threads.
 #include "streams/TofData.h"
 #include "support/FakeTofCamera.h"
+#include "support/Wait.h"
 
 #include <QElapsedTimer>
 #include <atomic>
@@ -80,8 +81,7 @@ TEST(TofSettling, anotherThreadSeesItLockedAndTheStreamChangeOnlyAfterwards)
             std::this_thread::yield();
         tof.control(enable);
         EXPECT_TRUE(tof.isEnable());
-        while (changedAfter < 0)
-            std::this_thread::yield();
+        EXPECT_TRUE(waitFor([&] { return changedAfter >= 0; }));
         done = true;
         watcher.join();
         EXPECT_GT(locked, 0);
