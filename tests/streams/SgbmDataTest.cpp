@@ -117,8 +117,10 @@ protected:
         QSignalSpy average(sgbm.get(), &SgbmData::centerAvgPxChanged);
         for (int i = 1; i <= limit; ++i) {
             vsc->deliver(frame);
-            if (average.count() > 0)
+            if (average.count() > 0) {
+                EXPECT_EQ(average[0][0].toInt(), sgbm->centerAvgPx());
                 return i;
+            }
         }
         return 0;
     }
@@ -348,7 +350,8 @@ TEST_F(Sgbm, settersThatSignalAlwaysAndNever)
     }
     EXPECT_EQ(x.count(), 2);
     EXPECT_EQ(y.count(), 2);
-    EXPECT_EQ(show.count(), 2);
+    ASSERT_EQ(show.count(), 2);
+    EXPECT_TRUE(show[1][0].toBool());
     EXPECT_EQ(size.count() + least.count() + most.count() + width.count() + height.count(), 0);
     EXPECT_EQ(color.count(), 1);
     EXPECT_THAT(vsc->calls(), IsEmpty());
@@ -487,6 +490,18 @@ TEST_F(Sgbm, aWiderPairSeesFurther)
     EXPECT_EQ(Bytes(colours.end() - 3, colours.end()), (Bytes{0, 0, 0}));
 }
 
+TEST_F(Sgbm, untouchedDistancesAreTenCentimetresAndEightMetres)
+{
+    run();
+    Samples samples(640 * 2, 3000);
+    const Samples ends{100, 101, 8000, 8001};
+    std::copy(ends.begin(), ends.end(), samples.begin());
+    vsc->deliver(depth(640, 2, samples));
+    const Bytes colours = shown(sgbm->image());
+    // A blue and a red of half their strength, and black outside.
+    EXPECT_EQ(Bytes(colours.begin(), colours.begin() + 12), (Bytes{0, 0, 0, 0, 0, 127, 127, 0, 0, 0, 0, 0}));
+}
+
 TEST_F(Sgbm, schemesAreColourMapsWhileHolesAreFilled)
 {
     run();
@@ -583,6 +598,7 @@ TEST_F(Sgbm, theReadOutIsThePixelItself)
     QObject::connect(sgbm.get(), &SgbmData::depthChanged, [&](int value) { depths << value; });
     const auto frame = depth(8, 4, countingUp(32, 60000));
     vsc->deliver(frame);
+    EXPECT_EQ(sgbm->objectDepth(), 60000) << "an untouched object stands in the corner";
     EXPECT_TRUE(depths.isEmpty()) << "no pixel named";
     EXPECT_EQ(sgbm->depth(), 0);
     sgbm->setY(1);

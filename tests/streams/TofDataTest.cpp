@@ -100,8 +100,10 @@ protected:
         QSignalSpy average(tof.get(), &TofData::centerAvgPxChanged);
         for (int i = 1; i <= limit; ++i) {
             camera->deliver(frame);
-            if (average.count() > 0)
+            if (average.count() > 0) {
+                EXPECT_EQ(average[0][0].toInt(), tof->centerAvgPx());
                 return i;
+            }
         }
         return 0;
     }
@@ -480,6 +482,18 @@ TEST_F(Tof, theReadOutIsOnePixelToTheLeft)
         }
     }
     EXPECT_EQ(depths.size(), 22);
+}
+
+TEST_F(Tof, aRowAloneReadsTheEndOfTheRowAbove)
+{
+    // The column is the first one, and what is read stands one to the left of it.
+    run();
+    tof->setPixelShow(true);
+    tof->setY(2);
+    tof->setObjectY(1);
+    camera->deliver(countingMillimetres(8, 4));
+    EXPECT_EQ(tof->depth(), 1015);
+    EXPECT_EQ(tof->objectDepth(), 1007);
 }
 
 TEST_F(Tof, millimetresAreReadBeforeTheyAreShownAndMetresAfter)
