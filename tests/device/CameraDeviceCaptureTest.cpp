@@ -168,6 +168,15 @@ TEST_F(Capture, eachImageStreamWritesItsFile)
     EXPECT_THAT(save(QStringLiteral("tof")), IsEmpty());
     EXPECT_EQ(QImage(m_path + QStringLiteral("/tof.png")).size(), QSize(4, 2));
 
+    qv::DepthImage infrared = depth;
+    infrared.type = 2;
+    infrared.data = pictures::bufferOf(std::vector<std::uint16_t>(8, 2494));
+    infrared.dataSize = 16;
+    m_camera.tofIr()->control(true);
+    m_full.tof->deliver(infrared);
+    EXPECT_THAT(save(QStringLiteral("tofIr")), IsEmpty());
+    EXPECT_EQ(QImage(m_path + QStringLiteral("/tofIr.png")).size(), QSize(4, 2));
+
     qv::SgbmImage sgbm;
     sgbm.type = 1;
     sgbm.width = 4;
