@@ -16,6 +16,19 @@ Item {
         category: "defaultSettings"
     }
 
+    Component {
+        id: category
+
+        Settings {}
+    }
+
+    // Goes off behind what is sent half a second after a change.
+    Timer {
+        id: later
+
+        interval: 1100
+    }
+
     PanelTestCase {
         name: "CameraViewPresets"
         fixture: fixture
@@ -109,7 +122,7 @@ Item {
         function test_theStartOffersTheDefault() {
             open()
             compare(listed(), ["Default"])
-            compare(box().currentIndex, 0)
+            compare([box().currentIndex, box().editable], [0, true])
             compare(control("deletePresetButton").enabled, false)
             compareAll(3)
         }
@@ -139,7 +152,8 @@ Item {
             moveAll(4)
             save("bench")
             const slot = fixture.slot(0)
-            compare(slot.value("isAdd") == 1, true)
+            // No bool: that would come back from the store as a word, which is no 1.
+            compare(slot.value("isAdd"), 1)
             compare(slot.value("name"), "bench")
             table.forEach(function(row) {
                 if (typeof row[4] === "boolean")
@@ -218,6 +232,29 @@ Item {
             verify(Date.now() - start >= 450)
         }
 
+        function test_framerateIsSentOnceItHasStoodForHalfASecond_data() {
+            return [{ tag: "rgb", slider: "rgbFramerateSlider", call: "rgb.framerate", value: 9 },
+                    { tag: "tof", slider: "tofFramerateSlider", call: "tof.framerate", value: 25 }]
+        }
+
+        function test_framerateIsSentOnceItHasStoodForHalfASecond(data) {
+            open()
+            control(data.slider).value = data.value
+            tryVerify(function() { return device.callsTo(data.call).length === 1 })
+            save("other")
+            box().currentIndex = 0
+            tryVerify(function() { return device.callsTo(data.call).length === 2 })
+            device.forget()
+            const start = Date.now()
+            box().currentIndex = 1
+            later.restart()
+            compare(device.callsTo(data.call), [])
+            tryVerify(function() { return device.callsTo(data.call).length === 1 })
+            verify(later.running)
+            verify(Date.now() - start >= 450)
+            compare(device.callsTo(data.call), [data.call + "(" + data.value + ")"])
+        }
+
         function test_aLoadStartsAndStopsNoStream() {
             open()
             click("stereoButton")
@@ -233,6 +270,28 @@ Item {
             box().currentIndex = 0
             compare(control("stereoButton").checked, true)
             compare(device.callsTo("stereo.control"), [])
+        }
+
+        function test_aLoadTouchesNoStreamOfThePanel_data() {
+            return [{ tag: "off", on: false }, { tag: "on", on: true }]
+        }
+
+        function test_aLoadTouchesNoStreamOfThePanel(data) {
+            const buttons = ["imuButton", "stereoButton", "rgbButton", "tofButton", "slamButton", "sgbmButton",
+                "tof3DButton", "irButton"]
+            open()
+            if (!data.on)
+                switchOn.apply(this, buttons)
+            moveAll(4)
+            save("opposite")
+            box().currentIndex = 0
+            buttons.forEach(function(name) { control(name).checked = data.on })
+            const before = buttons.map(function(name) { return control(name).checked })
+            device.forget()
+            box().currentIndex = 1
+            box().activated(1)
+            compare(buttons.map(function(name) { return control(name).checked }), before)
+            compare(controls(), [])
         }
 
         function test_uvcModeIsLoadedByIndex() {
@@ -262,6 +321,14 @@ Item {
             compare(box().count, 11)
             compare(box().currentIndex, 10)
             compare(fixture.slot(9).value("name"), "p10")
+            const names = ["Default"]
+            for (let i = 1; i <= 10; ++i) {
+                names.push("p" + i)
+                const stored = createTemporaryObject(category, page, { category: "preferSettings" + i })
+                compare(stored.value("name"), "p" + i)
+            }
+            reopen()
+            compare(listed(), names)
         }
 
         function test_aSaveNeverOverwrites() {
@@ -269,6 +336,8 @@ Item {
             save("same")
             save("same")
             save("")
+            compare(listed(), ["Default", "same", "same", ""])
+            reopen()
             compare(listed(), ["Default", "same", "same", ""])
         }
 
@@ -288,6 +357,8 @@ Item {
             compare([0, 1, 2, 3].map(function(i) { return fixture.slot(i).value("isAdd") == 1 }),
                     [true, true, true, false])
             compare(Number(fixture.slot(1).value("sgbmFOV")), 103)
+            // The slot that is free again keeps the rest.
+            compare([fixture.slot(3).value("name"), Number(fixture.slot(3).value("sgbmFOV"))], ["p4", 104])
 
             reopen()
             compare(listed(), ["Default", "p1", "p3", "p4"])
@@ -326,6 +397,14 @@ Item {
             fixture.slot(0).setValue("name", "unused")
             open()
             compare(listed(), ["Default"])
+        }
+
+        function test_aSlotBehindAFreeOneIsListed() {
+            stored.forget("preferSettings1")
+            fixture.slot(1).setValue("isAdd", 1)
+            fixture.slot(1).setValue("name", "second")
+            open()
+            compare(listed(), ["Default", "second"])
         }
 
         // The two ways of a load have a table of fallbacks each.
@@ -384,6 +463,7 @@ Item {
             fixture.slot(0).setValue("name", "text")
             fixture.slot(0).setValue("sgbmFOV", "123")
             open()
+            compare(listed(), ["Default", "text"])
             box().currentIndex = 1
             compare(control("sgbmFovSpinBox").value, 123)
         }

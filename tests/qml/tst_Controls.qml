@@ -204,6 +204,7 @@ Item {
             verify(Qt.colorEqual(entries[1].background.color, "#242C33"))
             item.popup.close()
             tryVerify(closed(item))
+            compare(item.popup.contentItem.model, null)
         }
 
         function test_borderIsThickerUnderVisualFocus_data() {
@@ -235,6 +236,7 @@ Item {
             tryVerify(function() { return Qt.colorEqual(box.color, "#586773") })
             var arrow = box.children[0]
             compare([arrow.source.toString(), arrow.rotation], ["qrc:/images/triangle", 180])
+            verify(Qt.colorEqual(arrow.color, "white"))
             mouseMove(item, 10, 10)
             tryVerify(function() { return Qt.colorEqual(box.color, "#3E4D59") })
         }
@@ -336,12 +338,21 @@ Item {
             compare(list.model, null)
         }
 
-        function test_arrowBoxIsSquare() {
-            var item = make(comboBox)
+        function test_wordsEndBeforeTheArrowBox() {
+            var item = make(comboBox, { spacing: 7 })
+            compare(item.contentItem.rightPadding, find(item, "arrowBox").width + 7)
+        }
+
+        function test_arrowBoxIsSquare_data() {
+            return both()
+        }
+
+        function test_arrowBoxIsSquare(data) {
+            var item = boxOf(data)
             var box = find(item, "arrowBox")
             compare(box.width, box.height)
             compare(box.height, item.background.height)
-            compare(item.contentItem.rightPadding, box.width + item.spacing)
+            compare(box.mapToItem(item, box.width, 0).x, item.background.x + item.background.width)
             item.popup.open()
             tryVerify(opened(item))
             compare(item.popup.y, item.height - 5)

@@ -218,6 +218,10 @@ Item {
             compare(values[3].x, values[0].x)
             compare(values[6].x, values[0].x)
             verify(values[6].y > values[3].y && values[3].y > values[0].y)
+            values = values.slice(7)
+            compare(values.slice(0, 6).map(function(item) { return item.text.split(":")[0] }), ["w", "h", "fx", "fy", "u0", "v0"])
+            compare([values[1].y, values[2].y, values[3].x, values[5].x], [values[0].y, values[0].y, values[0].x, values[2].x])
+            verify(values[2].x > values[1].x && values[1].x > values[0].x && values[3].y > values[0].y)
         }
 
         function test_settingsRowsHaveTheirRanges_data() {

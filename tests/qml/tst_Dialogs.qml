@@ -1,6 +1,7 @@
 import QtQuick 2.13
 import QtQuick.Controls 2.13
 import QtTest 1.13
+import Qt.labs.settings 1.1
 import "qrc:/"
 
 Item {
@@ -46,8 +47,23 @@ Item {
     }
 
     Component {
+        id: ucmView
+        CalibrationUcmView {}
+    }
+
+    Component {
+        id: pdcmView
+        CalibrationPdcmView {}
+    }
+
+    Component {
         id: settingsView
         SettingsView {}
+    }
+
+    Settings {
+        id: store
+        category: "Settings"
     }
 
     Component {
@@ -246,9 +262,24 @@ Item {
             mouseClick(button)
             tryVerify(function() { return toolTip.opened })
             compare(toolTip.text, "Copied")
-            tryCompare(toolTip, "visible", false, 4000)
+            // From here on it fades away.
+            tryCompare(toolTip, "opened", false, 4000)
             var shown = Date.now() - start
-            verify(shown >= 1000 && shown < 2000, "shown for " + shown + " ms")
+            verify(shown >= 950, "shown for " + shown + " ms")
+            tryCompare(toolTip, "visible", false, 4000)
+            verify(Date.now() - start < 2000)
+        }
+
+        function test_everyButtonSaysThatItCopied() {
+            var layout = find(openInfo(infos), "layout")
+            var buttons = [find(layout, "copyViewerVersion"), find(layout, "copySdkVersion")].concat(all(layout, "copyValue"))
+            compare(buttons.length, 4)
+            buttons.forEach(function(button) {
+                mouseClick(button)
+                var toolTip = find(button, "toolTip")
+                tryCompare(toolTip, "visible", true)
+                compare(toolTip.text, "Copied")
+            })
         }
 
         function test_featureBoxesShowAndStay() {
@@ -269,6 +300,7 @@ Item {
             TranslateController.loadLanguage(1)
             compare(find(dialog, "titleLabel").text, "InfoDialog/Info")
             verify(texts(dialog).indexOf("InfoDialog/uuid") >= 0)
+            verify(texts(dialog).indexOf("InfoDialog/rgb2 Available") >= 0)
             TranslateController.loadLanguage(0)
             compare(find(dialog, "titleLabel").text, "Info")
         }
@@ -281,6 +313,15 @@ Item {
             compare(find(dialog, "sdkversionLabel").text, "QVSDK version: 1.2.3")
             compare(find(dialog, "viewerversionLabel").text, "Viewer version: 3.2.0-2-20230907")
             compare(find(dialog, "sdkversionLabel").leftPadding, 15)
+            compare(find(dialog, "viewerversionLabel").leftPadding, 15)
+            // A row each: what it says, then its button.
+            ;[["sdkversionLabel", "copySdkVersion"], ["viewerversionLabel", "copyViewerVersion"]].forEach(function(row) {
+                var words = find(dialog, row[0])
+                var button = find(dialog, row[1])
+                verify(button.x >= words.x + words.width)
+                verify(words.y >= button.y && words.y + words.height <= button.y + button.height)
+            })
+            verify(find(dialog, "copyViewerVersion").y >= find(dialog, "copySdkVersion").y + find(dialog, "copySdkVersion").height)
             mouseClick(find(dialog, "copySdkVersion"))
             compare(tools.clipboardText(), "1.2.3")
             mouseClick(find(dialog, "copyViewerVersion"))
@@ -345,16 +386,33 @@ Item {
             compare(texts(display), ["Translation", "Rotation"])
         }
 
+        function test_calibrationHidesOnlyTheHeadingOfTheMissingModel() {
+            var both = record(1)
+            var display = make(calibrationDisplay, { calibration: both })
+            display.calibration = { translation: [], rotation: [], ucms: both.ucms, pdcms: [] }
+            var shown = texts(display)
+            compare([shown.indexOf("UCM") >= 0, shown.indexOf("PDCM") >= 0], [true, false])
+            display.calibration = { translation: [], rotation: [], ucms: [], pdcms: both.pdcms }
+            shown = texts(display)
+            compare([shown.indexOf("UCM") >= 0, shown.indexOf("PDCM") >= 0], [false, true])
+        }
+
+        function test_calibrationModelsShowTheNumbersThatThereAre() {
+            compare(texts(make(ucmView, { ucm: { w: 640, fy: 251, xi: 0.9 } })), ["w: 640.00000", "fy: 251.00000", "xi: 0.90000"])
+            compare(texts(make(pdcmView, { pdcm: { h: 400, u0: 3 } })), ["h: 400.00000", "u0: 3.00000", "distor: [", "]"])
+        }
+
         function test_settingsReachTheDevice() {
             var camera = createTemporaryObject(device, window)
             var view = make(settingsView, { camera: camera })
             waitForRendering(view)
             mouseClick(find(view, "enableSyncCheckbox"))
+            mouseClick(find(view, "enableSyncCheckbox"))
             find(view, "cnnModelDescriptor").model = "file:///models/room.json"
             mouseClick(find(view, "enableCNNCheckbox"))
             find(view, "cnnModelDescriptor").model = "file:///models/street.json"
             mouseClick(find(view, "enableCNNCheckbox"))
-            compare(camera.calls, ["enableSync true", "setModelDescriptor /models/room.json", "setEnabled true",
+            compare(camera.calls, ["enableSync true", "enableSync false", "setModelDescriptor /models/room.json", "setEnabled true",
                                    "setModelDescriptor /models/street.json", "setEnabled false"])
             find(view, "imuOffset").increase()
             find(view, "edgePrediction").decrease()
@@ -365,6 +423,36 @@ Item {
             var view = make(settingsView)
             verify(!find(view, "enableSyncCheckbox").enabled)
             verify(!find(view, "enableCNNCheckbox").enabled)
+        }
+
+        function test_settingsWithoutADetectorOfferNoNetwork() {
+            var camera = createTemporaryObject(device, window)
+            camera.objects = null
+            var view = make(settingsView, { camera: camera })
+            verify(find(view, "enableSyncCheckbox").enabled)
+            verify(!find(view, "enableCNNCheckbox").enabled)
+        }
+
+        function test_settingsKeepTheModelDescriptor() {
+            var view = make(settingsView)
+            find(view, "cnnModelDescriptor").model = "file:///models/kept.json"
+            view.destroy()
+            tryVerify(function() { return String(store.value("cnnModelDescriptor")) === "file:///models/kept.json" })
+            compare(String(find(make(settingsView), "cnnModelDescriptor").model), "file:///models/kept.json")
+        }
+
+        function test_settingsTakeTheFileThatIsPicked() {
+            var view = make(settingsView)
+            var dialog = find(view, "fileDialog")
+            dialog.file = "file:///models/picked.json"
+            dialog.accepted()
+            compare(String(find(view, "cnnModelDescriptor").model), "file:///models/picked.json")
+        }
+
+        function test_settingsShowTheStoredLanguage() {
+            mainSettings.currentLanguageIndex = 2
+            compare(find(make(settingsView), "languageCombobox").displayText, "日本語")
+            mainSettings.currentLanguageIndex = 0
         }
 
         function test_settingsWithoutModelLogTheError_data() {

@@ -53,9 +53,10 @@ Item {
         }
 
         function test_sendAppendsTheReply() {
-            find(view, "editSend").text = "02 fe 55 04"
+            // As it was typed: what counts is the device's to say.
+            find(view, "editSend").text = " 02 fe 55 04\n"
             mouseClick(find(view, "sendButton"))
-            compare(device.sent, ["02 fe 55 04"])
+            compare(device.sent, [" 02 fe 55 04\n"])
             compare(received(), "02 fe ")
             mouseClick(find(view, "sendButton"))
             compare(received(), "02 fe \n02 fe ")
@@ -67,6 +68,7 @@ Item {
             device.reply = ""
             mouseClick(find(view, "sendButton"))
             compare(received(), "02 fe \n")
+            compare(find(view, "editReceive").lineCount, 2)
         }
 
         function test_returnSends() {
@@ -79,20 +81,24 @@ Item {
         }
 
         function test_clearEmptiesTheLog() {
+            find(view, "editSend").text = "02"
             mouseClick(find(view, "sendButton"))
             verify(received() !== "")
             mouseClick(find(view, "clearButton"))
             compare(received(), "")
+            compare(find(view, "editSend").text, "02")
         }
 
         function test_glassLogIsPolledWhileChecked() {
             var button = find(view, "glassLogButton")
             compare(find(view, "glasstimer").interval, 1)
+            find(view, "editReceive").text = "before"
             mouseClick(button)
             tryVerify(function() { return device.polls > 20 })
-            compare(received(), "")
+            // A poll that brings nothing leaves no line.
+            compare(received(), "before")
             device.log = "boot"
-            tryVerify(function() { return received().indexOf("boot") === 0 })
+            tryVerify(function() { return received().indexOf("before\nboot\nboot") === 0 })
             mouseClick(button)
             verify(!find(view, "glasstimer").running)
         }
@@ -107,10 +113,15 @@ Item {
             var start = Date.now()
             mouseClick(box)
             verify(find(view, "intervalRow").visible)
-            tryVerify(function() { return device.sent.length >= 5 })
-            verify(Date.now() - start >= 480)
+            tryVerify(function() { return device.sent.length >= 15 })
+            verify(Date.now() - start >= 1480)
+            compare(find(view, "timer").interval, 100)
             mouseClick(box)
             verify(!find(view, "timer").running)
+            // Every reply has its line.
+            compare(received().split("\n").length, device.sent.length)
+            interval.value = 2500
+            compare(find(view, "timer").interval, 2500)
         }
 
         // The frame around one of the editors.
