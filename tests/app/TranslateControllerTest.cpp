@@ -58,6 +58,11 @@ TEST(TranslateController, thereIsOneInstance)
     QQmlEngine other;
     EXPECT_EQ(TranslateController::instance(&other), first);
     EXPECT_EQ(TranslateController::instance(nullptr), first);
+    // It still translates for the engine of the first call.
+    Document document;
+    TranslateController::instance(&other)->loadLanguage(TranslateController::Chinese);
+    EXPECT_EQ(document.text(), Chinese);
+    TranslateController::instance(&other)->loadLanguage(TranslateController::English);
     EXPECT_EQ(first->parent(), nullptr);
 }
 
@@ -90,6 +95,8 @@ TEST(TranslateController, catalogueWithoutTranslationsShowsTheSource)
     document.choose(3);
     EXPECT_EQ(document.text(), English);
     EXPECT_EQ(QCoreApplication::translate("main", "Info"), QStringLiteral("Informations")) << "it is loaded";
+    document.choose(0);
+    EXPECT_EQ(QCoreApplication::translate("main", "Info"), QStringLiteral("Info"));
 }
 
 TEST(TranslateController, anyOtherNumberIsEnglish)

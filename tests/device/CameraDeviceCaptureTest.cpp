@@ -89,7 +89,7 @@ void awaitNextSecond()
 
 TEST_F(Capture, otherNamesMakeAnEmptyFolder)
 {
-    for (const char *name : {"", "edge", "Stereo", "tof "}) {
+    for (const char *name : {"", "edge", "Stereo", "tof ", "TOF", "tofir", "TofIr", "RGB", "Sgbm", "sbgm"}) {
         EXPECT_THAT(save(QString::fromLatin1(name)), IsEmpty());
         EXPECT_TRUE(QDir::isAbsolutePath(m_path));
         EXPECT_TRUE(QDir(m_path).exists());
@@ -189,6 +189,39 @@ TEST_F(Capture, eachImageStreamWritesItsFile)
     EXPECT_EQ(QImage(m_path + QStringLiteral("/sbgm.png")).size(), QSize(4, 2));
 }
 
+TEST_F(Capture, infraredWritesItsFile)
+{
+    qv::DepthImage infrared;
+    infrared.type = 2;
+    infrared.width = 4;
+    infrared.height = 2;
+    infrared.data = pictures::bufferOf(std::vector<std::uint16_t>(8, 100));
+    infrared.dataSize = 16;
+    m_camera.tofIr()->control(true);
+    m_full.tof->deliver(infrared);
+    EXPECT_THAT(save(QStringLiteral("tofIr")), IsEmpty());
+    EXPECT_THAT(files(), ElementsAre(QStringLiteral("tofIr.png")));
+    EXPECT_EQ(QImage(m_path + QStringLiteral("/tofIr.png")).size(), QSize(4, 2));
+}
+
+TEST_F(Capture, theCloudIsAskedForAfterThePicture)
+{
+    qv::DepthImage depth;
+    depth.type = 1;
+    depth.width = 4;
+    depth.height = 2;
+    depth.data = pictures::bufferOf(std::vector<float>(8, 1.5F));
+    depth.dataSize = 32;
+    m_camera.tof()->control(true);
+    m_full.tof->deliver(depth);
+    bool pictureWasThere = false;
+    QObject::connect(&m_camera, &CameraDevice::savePcd, [&](const QString &path) {
+        pictureWasThere = QFile::exists(QFileInfo(path).dir().filePath(QStringLiteral("tof.png")));
+    });
+    save(QStringLiteral("tof"));
+    EXPECT_TRUE(pictureWasThere);
+}
+
 TEST_F(Capture, missingStreamsAreSkippedSilently)
 {
     CameraDevice none(std::make_shared<FakeDevice>(), nullptr);
@@ -242,6 +275,48 @@ TEST_F(Capture, recordingGivesTheStreamsTheirPathsAndThenSwitchesThem)
     EXPECT_FALSE(left->recording() || right->recording() || m_camera.rgb()->recording()
         || m_camera.tof()->recording() || m_camera.recording());
     EXPECT_EQ(left->recordPath(), path + QStringLiteral("/left.avi"));
+}
+
+TEST_F(Capture, whoHearsOfARecordingFindsItsValue)
+{
+    std::vector<std::pair<bool, bool>> videos; // what was told, and what was read then
+    std::vector<std::pair<bool, bool>> poses;
+    QObject::connect(&m_camera, &CameraDevice::recordingChanged,
+        [&](bool on) { videos.emplace_back(on, m_camera.recording()); });
+    QObject::connect(&m_camera, &CameraDevice::recordingSlamChanged,
+        [&](bool on) { poses.emplace_back(on, m_camera.recordingSlam()); });
+    m_camera.setRecording(true);
+    m_camera.setRecording(false);
+    EXPECT_THAT(videos, ElementsAre(std::pair(true, true), std::pair(false, false)));
+    EXPECT_THAT(poses, IsEmpty());
+    m_camera.setRecordingSlam(true);
+    m_camera.setRecordingSlam(false);
+    EXPECT_THAT(poses, ElementsAre(std::pair(true, true), std::pair(false, false)));
+    EXPECT_EQ(videos.size(), 2U);
+}
+
+TEST_F(Capture, poseRecordingGivesTheStreamsTheirPathsAndThenSwitchesThem)
+{
+    QStringList order;
+    const auto note = [&order](
+                          const char *what) { return [&order, what] { order.append(QLatin1String(what)); }; };
+    QObject::connect(&m_camera, &CameraDevice::recordingSlamChanged, note("changed"));
+    QObject::connect(m_camera.slam(), &AbstractData::recordPathChanged, note("host path"));
+    QObject::connect(m_camera.edge(), &AbstractData::recordPathChanged, note("edge path"));
+    QObject::connect(m_camera.slam(), &SlamData::recordingChanged, note("host on"));
+    QObject::connect(m_camera.edge(), &SlamData::recordingChanged, note("edge on"));
+
+    m_camera.setRecordingSlam(true);
+
+    order.removeDuplicates();
+    EXPECT_EQ(order,
+        (QStringList{QStringLiteral("changed"), QStringLiteral("host path"), QStringLiteral("edge path"),
+            QStringLiteral("host on"), QStringLiteral("edge on")}));
+    order.clear();
+    m_camera.setRecordingSlam(false);
+    order.removeDuplicates();
+    EXPECT_EQ(order,
+        (QStringList{QStringLiteral("changed"), QStringLiteral("host on"), QStringLiteral("edge on")}));
 }
 
 TEST_F(Capture, recordingTwiceMakesNoSecondFolder)

@@ -414,6 +414,7 @@ TEST(CameraDevice, calibrationGathersTheThreeCameras)
     calibration.translation[0] = 0.5;
     full.fisheyes->calibrations = {calibration, calibration};
     full.tof->calibrations = {calibration};
+    full.color->calibrations = {calibration, calibration, calibration};
     const Built built = build(full.device);
     const QJsonObject gathered = calibrationIn(*built.camera);
     EXPECT_EQ(gathered.keys(),
@@ -422,7 +423,8 @@ TEST(CameraDevice, calibrationGathersTheThreeCameras)
     EXPECT_EQ(gathered[QStringLiteral("stereo")], built.camera->stereo()->calibrationJson());
     EXPECT_EQ(gathered[QStringLiteral("tof")], built.camera->tof()->calibrationJson());
     EXPECT_EQ(gathered[QStringLiteral("tof")].toArray().size(), 1);
-    EXPECT_EQ(gathered[QStringLiteral("color")], QJsonValue(QJsonArray()));
+    EXPECT_EQ(gathered[QStringLiteral("color")], built.camera->rgb()->calibrationJson());
+    EXPECT_EQ(gathered[QStringLiteral("color")].toArray().size(), 3);
 }
 
 TEST(CameraDevice, stereoWithoutCalibrationsHasNoResolutions)
@@ -450,6 +452,7 @@ TEST(CameraDevice, stereoResolutionsNameTheKindOfModel)
         calibration.seucm.resize(c.seucm);
         calibration.ucm.resize(c.ucm);
         calibration.pdcm.resize(c.pdcm);
+        calibration.cameraModels.push_back(std::make_shared<FakeCameraModel>(2, 2));
         full.fisheyes->calibrationCalibrations = {calibration, calibrationOf(1, 1)};
         full.fisheyes->currentCalibrations = {calibrationOf(1280, 720)};
         const QJsonObject gathered = calibrationIn(*build(full.device).camera);

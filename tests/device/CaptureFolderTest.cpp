@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QStandardPaths>
 #include <QTemporaryDir>
+#include <ctime>
 
 namespace {
 
@@ -49,6 +50,28 @@ TEST_F(CaptureFolder, liesBelowCaptureAndIsNamedByTheSecond)
     const QDir folder = makeWithinOneSecond(second);
     EXPECT_EQ(folder.absolutePath(), here() + QStringLiteral("/capture/") + nameOf(second));
     EXPECT_TRUE(folder.exists());
+}
+
+TEST_F(CaptureFolder, isNamedByTheLocalTimeWithoutItsZone)
+{
+    // Five and a half hours ahead, all the year.
+    const QByteArray zone = qgetenv("TZ");
+    const bool set = qEnvironmentVariableIsSet("TZ");
+    qputenv("TZ", "XYZ-5:30");
+    tzset();
+    constexpr qint64 ahead = (5 * 60 + 30) * 60;
+    QDateTime before;
+    QDir folder;
+    do {
+        before = QDateTime::currentDateTimeUtc();
+        folder = makeCaptureFolder();
+    } while (nameOf(QDateTime::currentDateTimeUtc()) != nameOf(before));
+    if (set)
+        qputenv("TZ", zone);
+    else
+        qunsetenv("TZ");
+    tzset();
+    EXPECT_EQ(folder.dirName(), nameOf(before.addSecs(ahead)));
 }
 
 TEST_F(CaptureFolder, twoOfOneSecondShareIt)

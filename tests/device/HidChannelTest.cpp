@@ -50,7 +50,7 @@ TEST_F(HidChannelTest, emptyTextSendsZeros)
 {
     send(QString());
     EXPECT_THAT(m_device->hidCommands, ElementsAre(padded({})));
-    EXPECT_EQ(m_device->hidResultSize, 63U);
+    EXPECT_EQ(m_device->hidResult, padded({}));
     EXPECT_THAT(m_log, IsEmpty());
 }
 
@@ -61,6 +61,14 @@ TEST_F(HidChannelTest, blanksDoNotCount)
     send(QStringLiteral(" 0 2F E5504  "));
     const Bytes expected = padded({0x02, 0xFE, 0x55, 0x04});
     EXPECT_THAT(m_device->hidCommands, ElementsAre(expected, expected, expected));
+}
+
+TEST_F(HidChannelTest, otherWhiteSpaceStaysAndShiftsTheTokens)
+{
+    // "\tf" is a number with white space before it, which is no error.
+    send(QStringLiteral("02\tfe 55"));
+    EXPECT_THAT(m_device->hidCommands, ElementsAre(padded({0x02, 0x0F, 0xE5, 0x05})));
+    EXPECT_THAT(m_log, IsEmpty());
 }
 
 TEST_F(HidChannelTest, singleLastDigitIsAByte)
@@ -149,7 +157,7 @@ TEST_F(HidChannelTest, glassLogSendsItsFixedCommand)
 {
     glassLog();
     EXPECT_THAT(m_device->hidCommands, ElementsAre(padded({0x02, 0xFE, 0x55, 0x04})));
-    EXPECT_EQ(m_device->hidResultSize, 63U);
+    EXPECT_EQ(m_device->hidResult, padded({}));
 }
 
 TEST_F(HidChannelTest, glassLogIsTheTextBehindTheHeader)

@@ -33,7 +33,9 @@ public:
         const std::vector<unsigned char> &command, std::vector<unsigned char> &result) override
     {
         hidCommands.push_back(command);
-        hidResultSize = result.size();
+        hidResult = result;
+        // What lies behind a short answer is no zero that a reader might take for an end.
+        result.assign(result.size(), 0xEE);
         result = hidAnswer;
         return hidSucceeds;
     }
@@ -62,7 +64,7 @@ public:
     std::shared_ptr<qv::Vsc> vscComponent;
     std::shared_ptr<qv::ObjectDetector> detectorComponent;
     std::vector<std::vector<unsigned char>> hidCommands; ///< what each exchange sent
-    std::size_t hidResultSize = 0; ///< size of the last exchange's result vector as it came in
+    std::vector<unsigned char> hidResult; ///< the last exchange's result vector as it came in
     std::vector<unsigned char> hidAnswer = std::vector<unsigned char>(63, 0);
     bool hidSucceeds = true;
     bool syncSucceeds = true;
