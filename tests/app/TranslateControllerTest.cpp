@@ -4,8 +4,11 @@
 #include "support/Wait.h"
 
 #include <QFile>
+#include <QProcess>
 #include <QQmlComponent>
 #include <QQmlContext>
+#include <QResource>
+#include <QTemporaryDir>
 
 namespace {
 
@@ -116,6 +119,28 @@ TEST(TranslateController, missingCatalogueLeavesEnglish)
     document.choose(1);
     document.choose(2);
     EXPECT_EQ(document.text(), English);
+}
+
+TEST(TranslateController, japaneseIsTheShippedCatalogueOfItsName)
+{
+    const QTemporaryDir folder;
+    const QString list = folder.filePath(QStringLiteral("japanese.qrc"));
+    const QString resource = folder.filePath(QStringLiteral("japanese.rcc"));
+    QFile out(list);
+    ASSERT_TRUE(out.open(QIODevice::WriteOnly));
+    out.write("<RCC><qresource><file alias=\"viewer_ja_JP.qm\">" QV_CATALOGUES
+              "/viewer_ja_JP.qm</file></qresource></RCC>");
+    out.close();
+    ASSERT_EQ(QProcess::execute(
+                  QStringLiteral(QV_RCC), {QStringLiteral("--binary"), QStringLiteral("-o"), resource, list}),
+        0);
+    ASSERT_TRUE(QResource::registerResource(resource));
+    Document document;
+    document.choose(2);
+    EXPECT_EQ(document.text(), QStringLiteral("ドキュメンテーション"));
+    document.choose(0);
+    EXPECT_EQ(document.text(), English);
+    QResource::unregisterResource(resource);
 }
 
 TEST(TranslateController, fileWithOnlyASuffixInTheWorkingDirectoryIsNoCatalogue)

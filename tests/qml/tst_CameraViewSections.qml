@@ -340,6 +340,7 @@ Item {
             fixture.mainSettings.currentLanguageIndex = 2
             open()
             compare(control("combobox").displayText, "日本語")
+            compare(control("combobox").model.map(function(entry) { return entry.name }), ["English", "简体中文", "日本語"])
             fixture.mainSettings.currentLanguageIndex = 0
             compare(control("combobox").displayText, "English")
         }
