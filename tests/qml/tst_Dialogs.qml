@@ -443,7 +443,17 @@ Item {
 
         function test_settingsTakeTheFileThatIsPicked() {
             var view = make(settingsView)
+            waitForRendering(view)
             var dialog = find(view, "fileDialog")
+            var field = find(view, "cnnModelDescriptor")
+            var button = field.parent.children[1]
+            compare(String(button.icon.source), "qrc:images/save")
+            // What a platform without windows says of the dialog's.
+            expectedWarnings.push(/propagateSizeHints/)
+            mouseClick(button)
+            tryVerify(function() { return dialog.visible })
+            dialog.close()
+            tryVerify(function() { return !dialog.visible })
             dialog.file = "file:///models/picked.json"
             dialog.accepted()
             compare(String(find(view, "cnnModelDescriptor").model), "file:///models/picked.json")
