@@ -114,7 +114,7 @@ Item {
             mouseClick(box)
             verify(find(view, "intervalRow").visible)
             tryVerify(function() { return device.sent.length >= 15 })
-            verify(Date.now() - start >= 1480)
+            verify(Date.now() - start >= 1440)
             compare(find(view, "timer").interval, 100)
             mouseClick(box)
             verify(!find(view, "timer").running)
