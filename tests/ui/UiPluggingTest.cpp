@@ -31,6 +31,7 @@ QQuickItem *button(const char *name)
 
 QString prepare(const QString &home)
 {
+    keepFilm();
     configuration = home + QLatin1String("/devices.json");
     plug("");
     qputenv("QVSIM_CONFIG", configuration.toLocal8Bit());
