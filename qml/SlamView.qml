@@ -27,6 +27,13 @@ DisplayItem {
     // In a narrow view the buttons and the mode take the whole row.
     readonly property bool hasRoomForCaptions: width >= 460
     readonly property bool hasRoomForModes: width >= 340
+    // What would lie over something else in a small view doesn't show there.
+    readonly property bool hasRoomForButtons: width >= 230 && height >= 200
+    readonly property bool hasRoomForReadings: {
+        const right = valueControl.x + valueControl.width
+        const bottom = valueControl.y + valueControl.height
+        return right <= col.x && bottom <= height && (bottom <= slamSourceRow.y || right <= slamSourceRow.x)
+    }
     readonly property matrix4x4 fallbackMatrix: Qt.matrix4x4(1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 1, 1, 1, 1, 1)
 
     readonly property var slam: camera && camera.slam ? camera.slam : null
@@ -311,7 +318,7 @@ DisplayItem {
 
         background: Rectangle {
             color: "black"
-            opacity: 0.5
+            opacity: control.hasRoomForReadings ? 0.5 : 0
             visible: slamInfoCol.visible
         }
 
@@ -368,6 +375,8 @@ DisplayItem {
             id: slamInfoCol
 
             objectName: "slamInfoCol"
+            opacity: control.hasRoomForReadings ? 1 : 0
+            enabled: control.hasRoomForReadings
             source: d.slamSource
             pointCount: d.slamSource && d.slamSource === control.slam && control.map ? control.map.pointCount : null
             edge: control.edge
@@ -431,6 +440,8 @@ DisplayItem {
         objectName: "col"
         anchors { top: parent.top; topMargin: 40; right: parent.right; rightMargin: 5 }
         visible: !control.minimized
+        opacity: control.hasRoomForButtons ? 1 : 0
+        enabled: control.hasRoomForButtons
 
         CheckBox {
             id: mapCheckbox
@@ -470,6 +481,8 @@ DisplayItem {
         anchors { right: parent.right; bottom: parent.bottom; margins: 10 }
         spacing: 5
         visible: slamSourceButton.checked
+        opacity: control.hasRoomForButtons ? 1 : 0
+        enabled: control.hasRoomForButtons
 
         Label {
             objectName: "localizedPercentLable"
@@ -535,6 +548,7 @@ DisplayItem {
         anchors { right: parent.right; bottom: parent.bottom; margins: 10 }
         spacing: 5
         visible: edgeSourceButton.checked
+        opacity: control.hasRoomForButtons ? 1 : 0
         enabled: false
 
         Label {

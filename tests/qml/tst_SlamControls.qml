@@ -98,6 +98,44 @@ Item {
             verify(caption.parent.width <= row.width, caption.parent.width)
         }
 
+        function shownPlace(name) {
+            const shown = item(name)
+            return shown.visible && shown.opacity > 0 ? shown.mapToItem(view, 0, 0, shown.width, shown.height) : null
+        }
+
+        function apart(a, b) {
+            return !a || !b || a.right <= b.left || b.right <= a.left || a.bottom <= b.top || b.bottom <= a.top
+        }
+
+        function test_nothingLiesOverSomethingElseInASmallView() {
+            open()
+            for (let width = 150; width <= 700; width += 25) {
+                for (let height = 150; height <= 500; height += 25) {
+                    view.width = width
+                    view.height = height
+                    waitForRendering(view)
+                    const size = width + " x " + height
+                    const readings = shownPlace("slamInfoCol")
+                    const boxes = shownPlace("col")
+                    const buttons = shownPlace("slamSourceRow")
+                    verify(apart(readings, boxes) && apart(readings, buttons) && apart(boxes, buttons), size)
+                    for (const place of [readings, boxes, buttons])
+                        verify(!place || (place.left >= 0 && place.right <= width && place.bottom <= height), size)
+                    compare(item("slamInfoCol").enabled, readings !== null)
+                    compare(item("col").enabled, boxes !== null)
+                    compare(item("loopClosureButton").enabled, buttons !== null)
+                }
+            }
+            view.width = 1000
+            view.height = 700
+            verify(shownPlace("slamInfoCol") && shownPlace("col") && shownPlace("slamSourceRow"))
+            view.width = 330
+            view.height = 250
+            verify(!shownPlace("slamInfoCol") && shownPlace("col") && shownPlace("slamSourceRow"))
+            view.height = 190
+            verify(!shownPlace("slamInfoCol") && !shownPlace("col") && !shownPlace("slamSourceRow"))
+        }
+
         function test_aViewOfTheSmallestSizeShowsTheButtonsOnly_data() {
             return [
                 { tag: "host", source: "slamSourceButton", name: "modeLabel", button: "loopClosureButton" },
