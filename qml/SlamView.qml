@@ -28,8 +28,11 @@ DisplayItem {
     readonly property bool hasRoomForCaptions: width >= 460
     readonly property bool hasRoomForModes: width >= 340
     // What would lie over something else in a small view doesn't show there.
-    readonly property bool hasRoomForButtons: width >= 230 && height >= 200
+    readonly property bool isLaidOut: width > 0 && height > 0
+    readonly property bool hasRoomForButtons: !isLaidOut || (width >= 230 && height >= 200)
     readonly property bool hasRoomForReadings: {
+        if (!isLaidOut)
+            return true
         const right = valueControl.x + valueControl.width
         const bottom = valueControl.y + valueControl.height
         return right <= col.x && bottom <= height && (bottom <= slamSourceRow.y || right <= slamSourceRow.x)

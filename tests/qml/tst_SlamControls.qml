@@ -134,6 +134,9 @@ Item {
             verify(!shownPlace("slamInfoCol") && shownPlace("col") && shownPlace("slamSourceRow"))
             view.height = 190
             verify(!shownPlace("slamInfoCol") && !shownPlace("col") && !shownPlace("slamSourceRow"))
+            view.width = 0
+            for (const name of ["slamInfoCol", "col", "loopClosureButton", "loadButton"])
+                compare(item(name).enabled, true, name)
         }
 
         function test_aViewOfTheSmallestSizeShowsTheButtonsOnly_data() {
