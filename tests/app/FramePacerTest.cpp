@@ -121,6 +121,15 @@ TEST_F(FramePacerTest, pictureWithoutChangesHoldsNothingBackForLong)
     EXPECT_EQ(window.requests, 2);
 }
 
+TEST_F(FramePacerTest, endlessRequestsDoNotPutThatOff)
+{
+    drawn({&QQuickWindow::afterSynchronizing});
+    EXPECT_TRUE(waitFor([&] {
+        window.request();
+        return window.requests > 0;
+    }));
+}
+
 TEST_F(FramePacerTest, grabbedPictureHoldsNothingBackForLong)
 {
     drawn({&QQuickWindow::afterSynchronizing, &QQuickWindow::beforeRendering});
