@@ -189,21 +189,6 @@ TEST_F(Capture, eachImageStreamWritesItsFile)
     EXPECT_EQ(QImage(m_path + QStringLiteral("/sbgm.png")).size(), QSize(4, 2));
 }
 
-TEST_F(Capture, infraredWritesItsFile)
-{
-    qv::DepthImage infrared;
-    infrared.type = 2;
-    infrared.width = 4;
-    infrared.height = 2;
-    infrared.data = pictures::bufferOf(std::vector<std::uint16_t>(8, 100));
-    infrared.dataSize = 16;
-    m_camera.tofIr()->control(true);
-    m_full.tof->deliver(infrared);
-    EXPECT_THAT(save(QStringLiteral("tofIr")), IsEmpty());
-    EXPECT_THAT(files(), ElementsAre(QStringLiteral("tofIr.png")));
-    EXPECT_EQ(QImage(m_path + QStringLiteral("/tofIr.png")).size(), QSize(4, 2));
-}
-
 TEST_F(Capture, theCloudIsAskedForAfterThePicture)
 {
     qv::DepthImage depth;
@@ -355,26 +340,6 @@ TEST_F(Capture, poseRecordingGoesToHostAndEdge)
     EXPECT_EQ(changed.count(), 2);
     EXPECT_EQ(QDir(path).entryList(QDir::Files, QDir::Name),
         (QStringList{QStringLiteral("edge.csv"), QStringLiteral("host.csv")}));
-}
-
-TEST_F(Capture, poseRecordingTellsFirstThenSwitchesHostBeforeEdge)
-{
-    QStringList order;
-    const auto note = [&order](
-                          const char *what) { return [&order, what] { order.append(QLatin1String(what)); }; };
-    QObject::connect(&m_camera, &CameraDevice::recordingSlamChanged, note("changed"));
-    QObject::connect(m_camera.slam(), &SlamData::recordPathChanged, note("host path"));
-    QObject::connect(m_camera.edge(), &SlamData::recordPathChanged, note("edge path"));
-    QObject::connect(m_camera.slam(), &SlamData::recordingChanged, note("host"));
-    QObject::connect(m_camera.edge(), &SlamData::recordingChanged, note("edge"));
-    m_camera.setRecordingSlam(true);
-    EXPECT_EQ(order,
-        (QStringList{QStringLiteral("changed"), QStringLiteral("host path"), QStringLiteral("edge path"),
-            QStringLiteral("host"), QStringLiteral("edge")}));
-    order.clear();
-    m_camera.setRecordingSlam(false);
-    EXPECT_EQ(
-        order, (QStringList{QStringLiteral("changed"), QStringLiteral("host"), QStringLiteral("edge")}));
 }
 
 TEST_F(Capture, bothRecordingsOfOneSecondShareTheirFolder)

@@ -277,7 +277,7 @@ Item {
         }
 
         function test_theStripKeepsItsShareAndItsLeastWidth_data() {
-            return [{ tag: "narrow", width: 1024 }, { tag: "wide", width: 1840 }]
+            return [{ tag: "narrowest", width: 640 }, { tag: "narrow", width: 1024 }, { tag: "wide", width: 1840 }]
         }
 
         function test_theStripKeepsItsShareAndItsLeastWidth(row) {
@@ -291,6 +291,7 @@ Item {
                 fuzzyCompare(content.uniqueView.width, 0.8 * content.width, 1)
             else
                 compare(content.sideView.width, 150)
+            verify(content.uniqueView.width >= 0.5 * content.width)
             fuzzyCompare(content.sideView.cellHeight, content.sideView.cellWidth * 480 / 640, 0.01)
             compare(content.sideView.interactive, false)
             turnOn(8)

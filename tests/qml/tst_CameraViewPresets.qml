@@ -26,7 +26,11 @@ Item {
     Timer {
         id: later
 
+        property var look: null
+        property int seen: -1
+
         interval: 1100
+        onTriggered: seen = look()
     }
 
     PanelTestCase {
@@ -124,6 +128,7 @@ Item {
             compare(listed(), ["Default"])
             compare([box().currentIndex, box().editable], [0, true])
             compare(control("deletePresetButton").enabled, false)
+            compare(fixture.page.defaultSettings.category, "defaultSettings")
             compareAll(3)
         }
 
@@ -245,13 +250,16 @@ Item {
             box().currentIndex = 0
             tryVerify(function() { return device.callsTo(data.call).length === 2 })
             device.forget()
+            later.look = function() { return device.callsTo(data.call).length }
+            later.seen = -1
             const start = Date.now()
             box().currentIndex = 1
             later.restart()
             compare(device.callsTo(data.call), [])
             tryVerify(function() { return device.callsTo(data.call).length === 1 })
-            verify(later.running)
             verify(Date.now() - start >= 450)
+            tryVerify(function() { return later.seen >= 0 })
+            compare(later.seen, 1)
             compare(device.callsTo(data.call), [data.call + "(" + data.value + ")"])
         }
 

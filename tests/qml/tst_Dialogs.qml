@@ -267,7 +267,6 @@ Item {
             var shown = Date.now() - start
             verify(shown >= 950, "shown for " + shown + " ms")
             tryCompare(toolTip, "visible", false, 4000)
-            verify(Date.now() - start < 2000)
         }
 
         function test_everyButtonSaysThatItCopied() {

@@ -31,6 +31,15 @@ Item {
         }
     }
 
+    Component {
+        id: plainComponent
+
+        Item {
+            readonly property FakeSlam slam: FakeSlam {}
+            readonly property FakeSlam edge: FakeSlam {}
+        }
+    }
+
     SlamCase {
         id: testCase
 
@@ -46,6 +55,16 @@ Item {
             for (let x = 510; x <= 560; x += 10)
                 mouseMove(area, x, 500, -1, button)
             mouseRelease(area, 560, 500, button)
+        }
+
+        function test_aPositionWhoseSignalCarriesNothingIsFollowed() {
+            const plain = make(plainComponent)
+            view = make(viewComponent, { camera: plain })
+            scene = find(view, "scene3d").entity
+            plain.slam.position.vector = Qt.vector3d(1, 2, 3)
+            plain.edge.position.vector = Qt.vector3d(4, 5, 6)
+            compare(scene.slamPath, [Qt.vector3d(1, 2, 3)])
+            compare(scene.edgePath, [Qt.vector3d(4, 5, 6)])
         }
 
         function test_theEdgePathIsDrawnAtEachFiftiethPose() {

@@ -185,6 +185,7 @@ Item {
             for (var i = 0; i < 4; ++i) {
                 var painter = find(view, "gridPainter" + i)
                 compare(sourceIndex(painter), i)
+                verify(find(view, "painters").itemAt(i) === painter)
                 compare(painter.CNNRunning, true)
                 compare(find(view, "gridCaption" + i).text, "Cam" + i)
             }

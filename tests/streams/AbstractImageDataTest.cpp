@@ -30,9 +30,6 @@ public:
         return frame.clone();
     }
 
-    using AbstractImageData::setRecordFrameRate;
-    using AbstractImageData::writeFrame;
-
     QImage picture;
     cv::Mat frame;
     bool throws = false;

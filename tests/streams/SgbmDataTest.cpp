@@ -14,10 +14,13 @@
 #include <gmock/gmock.h>
 #include <limits>
 #include <opencv2/imgproc.hpp>
+#include <type_traits>
 
 using pictures::bufferOf;
 using testing::ElementsAre;
 using testing::IsEmpty;
+
+static_assert(std::is_same_v<::SgbmConfig, qv::SgbmConfig>);
 
 namespace {
 

@@ -195,7 +195,7 @@ int driveAll(QQuickItem *root, QStringList &silent)
     for (const QPointer<QQuickItem> &control : controls) {
         // The views find their places a moment after one has been made large or closed.
         if (control && turnOf(control) > 0)
-            waitFor([&] { return canBeUsed(control); }, 2000);
+            waitFor([&] { return canBeUsed(control); }, 3000);
         if (!canBeUsed(control) || hasNothingToTell(control))
             continue;
         const QString name = nameOf(control);
