@@ -223,8 +223,7 @@ Item {
 
             SplitView.fillHeight: true
             SplitView.preferredWidth: area.width * 0.8
-            // A narrow window leaves the strip its least width and the handle between them, as long as the big
-            // view stays the bigger one.
+            // A narrow window leaves the strip its least width and the handle between them, but never more than half.
             SplitView.maximumWidth: Math.max(0.5 * area.width, area.width - 150 - 6)
 
             GridView {

@@ -266,5 +266,5 @@ static_assert(offsetof(SgbmConfig, dewarpZoomFactor) == 4 && offsetof(SgbmConfig
 
 } // namespace qv
 
-// The one record of the contract that stream models and their fakes name without its namespace.
+// Also named without its namespace.
 using qv::SgbmConfig;
