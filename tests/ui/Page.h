@@ -87,12 +87,15 @@ inline bool pageAppears(int page = 0)
 inline void setDrawer(bool open, int page = 0)
 {
     QObject *drawer = WindowDriver::byId(WindowDriver::page(page), "drawer");
-    if (drawer->property("visible").toBool() != open)
-        WindowDriver::click(WindowDriver::byName("menuButton"));
     waitFor(
         [=] {
-            return drawer->property("visible").toBool() == open
-                && drawer->property("opened").toBool() == open;
+            const bool visible = drawer->property("visible").toBool();
+            // It is on its way, perhaps still from the last click.
+            if (visible != drawer->property("opened").toBool())
+                return false;
+            if (visible != open)
+                WindowDriver::click(WindowDriver::byName("menuButton"));
+            return visible == open;
         },
         minute);
 }
