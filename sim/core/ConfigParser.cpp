@@ -2,6 +2,9 @@
 
 #include "core/Log.h"
 
+#include <cctype>
+#include <cstring>
+#include <filesystem>
 #include <nlohmann/json.hpp>
 #include <set>
 #include <sstream>
@@ -201,6 +204,25 @@ void addProfile(std::vector<DeviceConfig> &devices, const std::string &name)
     }
 }
 
+std::string serial(int number)
+{
+    return "24A0" + std::to_string(1000 + number).substr(1);
+}
+
+/// The recording's own name, without what an id can't have; empty for the root of the disk.
+std::string recordingName(const std::string &folder)
+{
+    std::error_code error;
+    const auto path = std::filesystem::absolute(folder, error).lexically_normal();
+    std::string name = (path.has_filename() ? path : path.parent_path()).filename().string();
+    for (char &letter : name) {
+        const auto code = static_cast<unsigned char>(letter);
+        if (code < 0x80 && std::isalnum(code) == 0 && std::strchr("-_.", letter) == nullptr)
+            letter = '_';
+    }
+    return name;
+}
+
 } // namespace
 
 std::optional<Profile> profileByName(const std::string &name)
@@ -226,11 +248,21 @@ void nameDevices(std::vector<DeviceConfig> &devices)
     static const std::map<Profile, std::string> prefixes = {{Profile::Headset, "QVH2"},
         {Profile::Module, "QVM1"}, {Profile::Quad, "QVQ4"}, {Profile::ImuOnly, "QVI1"},
         {Profile::Plain, "QVP1"}, {Profile::Replay, "QVREC"}};
+    std::set<std::string> taken;
+    for (const DeviceConfig &device : devices)
+        taken.insert(device.uuid);
     std::map<Profile, int> counts;
     for (DeviceConfig &device : devices) {
         const int number = ++counts[device.profile];
-        if (device.uuid.empty())
-            device.uuid = prefixes.at(device.profile) + "-24A0" + std::to_string(1000 + number).substr(1);
+        if (!device.uuid.empty())
+            continue;
+        const std::string prefix = prefixes.at(device.profile) + '-';
+        const std::string recording =
+            device.profile == Profile::Replay ? recordingName(device.folder) : std::string();
+        device.uuid = prefix + (recording.empty() ? serial(number) : recording);
+        for (int next = 2; !taken.insert(device.uuid).second; ++next)
+            device.uuid = prefix
+                + (recording.empty() ? serial(number + next - 1) : recording + '-' + std::to_string(next));
     }
 }
 

@@ -4,6 +4,7 @@
 #include "sim/Stderr.h"
 #include "support/Wait.h"
 
+#include <filesystem>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -127,6 +128,24 @@ TEST(ConfigParser, shortFormListsProfilesAndFolders)
     EXPECT_EQ(devices[3].folder, "/a");
     EXPECT_EQ(devices[4].folder, "/b");
     EXPECT_NE(devices[3].uuid, devices[4].uuid);
+}
+
+TEST(ConfigParser, recordingsAreNamedAfterTheirFolders)
+{
+    const auto devices = parseShortForm("", "/data/V1_01_easy:/other/V1_01_easy/:fr1 desk:.:/");
+    ASSERT_EQ(devices.size(), 5U);
+    EXPECT_EQ(devices[0].uuid, "QVREC-V1_01_easy");
+    EXPECT_EQ(devices[1].uuid, "QVREC-V1_01_easy-2");
+    EXPECT_EQ(devices[2].uuid, "QVREC-fr1_desk");
+    EXPECT_EQ(devices[3].uuid, "QVREC-" + std::filesystem::current_path().filename().string());
+    EXPECT_EQ(devices[4].uuid, "QVREC-24A0005");
+}
+
+TEST(ConfigParser, aNameThatIsTakenIsNotGivenAgain)
+{
+    const auto devices = parse(R"([{}, {"uuid": "QVH2-24A0001"}, {"uuid": "QVREC-a"}, {"folder": "/a"}])");
+    EXPECT_EQ(devices[0].uuid, "QVH2-24A0002");
+    EXPECT_EQ(devices[3].uuid, "QVREC-a-2");
 }
 
 TEST(ConfigParser, foldersAloneBringNoHeadset)
