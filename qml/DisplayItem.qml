@@ -18,6 +18,8 @@ Page {
     property bool minimized: true
     // The room at the top left that the buttons leave to the view's read-out.
     readonly property real captionWidth: (imgBtn.visible ? imgBtn.x : pathBtn.visible ? pathBtn.x : maxBtn.x) - 10
+    // The row at the top that the buttons take.
+    readonly property real buttonsBottom: closeBtn.y + closeBtn.height
 
     signal clicked()
     signal doubleClicked()

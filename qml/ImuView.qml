@@ -14,7 +14,7 @@ DisplayItem {
         id: infoLabel
         objectName: "infoLabel"
         anchors { top: parent.top; left: parent.left; margins: 5 }
-        width: control.captionWidth
+        room: control.captionWidth
         text: control.imu ? "[IMU]  @" + control.imu.dataFrameRate.toFixed(0) + "fps" : ""
     }
 
@@ -22,7 +22,7 @@ DisplayItem {
         objectName: "axes"
         anchors.centerIn: parent
         width: Math.min(parent.width - 10, 500)
-        height: Math.min(parent.height - 2 * infoLabel.height - 10, 400)
+        height: Math.min(parent.height - 2 * Math.max(infoLabel.y + infoLabel.height, control.buttonsBottom), 400)
         spacing: 5
 
         ImuAxisView {

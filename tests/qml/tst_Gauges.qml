@@ -208,6 +208,13 @@ Item {
             verify(find(item, "infoLabel").y + find(item, "infoLabel").height <= axes.y)
         }
 
+        function test_imuViewsTitlesStandBelowItsButtons() {
+            var item = make(imuView, { width: 228, height: 240 })
+            var title = find(find(item, "gyroView"), "titleLabel")
+            var button = find(item, "closeBtn")
+            verify(title.mapToItem(item, 0, 0).y >= button.y + button.height)
+        }
+
         function test_imuViewHidesMagnWhenNarrow() {
             var item = make(imuView)
             var magn = find(item, "magnView")
