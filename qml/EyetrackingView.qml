@@ -58,7 +58,7 @@ DisplayItem {
     StreamLabel {
         objectName: "infoLabel"
         anchors { top: parent.top; left: parent.left; margins: 5 }
-        width: control.captionWidth
+        room: control.captionWidth
         text: control.source ? control.source.width + "x" + control.source.height + "@" + painter.fps.toFixed(0) + "fps" : ""
     }
 

@@ -33,7 +33,7 @@ DisplayItem {
     StreamLabel {
         objectName: "infoLabel"
         anchors { top: parent.top; left: parent.left; margins: 5 }
-        width: control.captionWidth
+        room: control.captionWidth
         text: control.tofIr && control.tofIr.image
               ? "[TOF IR]  " + control.tofIr.image.width + "x" + control.tofIr.image.height + "@"
                 + control.tofIr.dataFrameRate.toFixed(0) + "fps" : ""

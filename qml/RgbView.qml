@@ -45,7 +45,7 @@ DisplayItem {
     StreamLabel {
         objectName: "infoLabel"
         anchors { top: parent.top; left: parent.left; margins: 5 }
-        width: control.captionWidth
+        room: control.captionWidth
         text: control.rgb && control.rgbImg ? control.rgbName + "  " + control.rgbImg.width + "x" + control.rgbImg.height
                                               + "@" + control.frameRate.toFixed(0) + "fps" : ""
     }

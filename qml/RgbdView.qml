@@ -25,7 +25,7 @@ DisplayItem {
     StreamLabel {
         objectName: "infoLabel"
         anchors { top: parent.top; left: parent.left; margins: 5 }
-        width: control.captionWidth
+        room: control.captionWidth
         text: "[RGBD]  "
     }
 }

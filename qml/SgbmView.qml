@@ -76,7 +76,7 @@ DisplayItem {
     StreamLabel {
         objectName: "infoLabel"
         anchors { top: parent.top; left: parent.left; margins: 5 }
-        width: control.captionWidth
+        room: control.captionWidth
         text: control.sgbm && control.sgbm.image
               ? "[SGBM]  " + control.sgbm.image.width + "x" + control.sgbm.image.height + "@"
                 + control.sgbm.frameRate.toFixed(0) + "fps" : ""
@@ -85,6 +85,7 @@ DisplayItem {
     StreamLabel {
         objectName: "depthLabel"
         anchors { bottom: parent.bottom; left: parent.left; margins: 5 }
+        room: control.width - 10
         visible: control.sgbm !== null && control.sgbm.pixelShow
         text: control.sgbm ? "x: " + control._x + " ,y: " + control._y + " depth: " + control.sgbm.depth
                              + (control.sgbmCenterPixelSwitchChecked ? "  avg depth: " + control.sgbm.centerAvgPx : "")

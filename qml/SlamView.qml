@@ -307,7 +307,7 @@ DisplayItem {
 
         objectName: "fpsLabel"
         anchors { top: parent.top; left: parent.left; margins: 5 }
-        width: control.captionWidth
+        room: control.captionWidth
         text: d.slamSource ? "[SLAM]  @" + d.slamSource.dataFrameRate.toFixed(0) + "fps" : ""
         onTextChanged: control.guardRate()
     }

@@ -134,7 +134,7 @@ DisplayItem {
         id: infoLabel
         objectName: "infoLabel"
         anchors { top: parent.top; left: parent.left; margins: 5 }
-        width: control.captionWidth
+        room: control.captionWidth
         text: control.stereo ? "[STEREO]  " + control.stereo.width + "x" + control.stereo.height + "@"
                                + control.stereo.dataFrameRate.toFixed(0) + "fps" : ""
     }

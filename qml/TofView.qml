@@ -102,7 +102,7 @@ DisplayItem {
     StreamLabel {
         objectName: "infoLabel"
         anchors { top: parent.top; left: parent.left; margins: 5 }
-        width: control.captionWidth
+        room: control.captionWidth
         text: control.tof && control.tof.image
               ? "[TOF]  " + control.tof.image.width + "x" + control.tof.image.height + "@"
                 + control.tof.dataFrameRate.toFixed(0) + "fps" : ""
@@ -111,6 +111,7 @@ DisplayItem {
     StreamLabel {
         objectName: "depthLabel"
         anchors { bottom: parent.bottom; left: parent.left; margins: 5 }
+        room: control.width - 10
         visible: control.tof !== null && control.tof.pixelShow
         text: control.tof ? "x: " + control._x + " ,y: " + control._y + " depth: " + control.tof.depth + "mm"
                             + (control.tofCenterPixelSwitchChecked ? "  avg depth: " + control.tof.centerAvgPx + "mm" : " ")

@@ -73,6 +73,34 @@ Item {
             verify(shown.label.lineCount > 1)
         }
 
+        function wordWidth(label, word) {
+            metrics.font = label.font
+            metrics.text = word
+            return metrics.advanceWidth
+        }
+
+        function test_aNarrowViewTakesSmallerLettersBeforeAWordBreaks_data() { return views() }
+
+        function test_aNarrowViewTakesSmallerLettersBeforeAWordBreaks(data) {
+            var shown = captionOf(data, 700, "[RGB]  1920x1080@30fps")
+            var size = shown.label.font.pixelSize
+            var gone = 700 - shown.label.width + shown.label.leftPadding + shown.label.rightPadding
+            var whole = wordWidth(shown.label, "1920x1080@30fps")
+            shown.view.width = Math.ceil(whole + gone)
+            compare(shown.label.font.pixelSize, size)
+            compare(shown.label.lineCount, 2)
+            shown.view.width = Math.ceil(whole + gone) - 10
+            verify(shown.label.font.pixelSize < size)
+            verify(wordWidth(shown.label, "1920x1080@30fps") <= shown.label.availableWidth)
+            compare(shown.label.lineCount, 2)
+            // Legible to the end.
+            shown.view.width = Math.ceil(gone) + 20
+            compare(shown.label.font.pixelSize, 9)
+            shown.view.width = 700
+            compare(shown.label.font.pixelSize, size)
+            compare(shown.label.lineCount, 1)
+        }
+
         function test_theDarkGroundIsAsWideAsTheWords_data() { return views() }
 
         function test_theDarkGroundIsAsWideAsTheWords(data) {
