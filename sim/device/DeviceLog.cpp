@@ -25,11 +25,17 @@ void DeviceLog::add(const std::string &line)
 std::string DeviceLog::take(std::size_t size)
 {
     const std::lock_guard lock(m_mutex);
-    // A reader takes a piece of one character for none.
-    if (m_text.size() == size + 1)
-        --size;
+    std::size_t next = m_text.rfind('\n', size);
+    if (next != std::string::npos) {
+        size = next++;
+    } else {
+        // A reader takes a piece of one character for none.
+        if (m_text.find('\n') == size + 1)
+            --size;
+        next = size;
+    }
     std::string piece = m_text.substr(0, size);
-    m_text.erase(0, size);
+    m_text.erase(0, next);
     return piece;
 }
 

@@ -11,7 +11,8 @@ class DeviceLog {
 public:
     /// One line, stamped with the clock.
     void add(const std::string &line);
-    /// Takes the next piece out, at most `size` characters and never a single one; empty at the end.
+    /// Takes the next piece out, at most `size` characters and never a single one; empty at the end. It holds
+    /// whole lines without the last one's end, or a part of a line that is longer than a piece.
     std::string take(std::size_t size);
 
 private:

@@ -214,7 +214,7 @@ TEST(SimDevice, hidReadsTheLogInPieces)
         ASSERT_EQ(reply.size(), 63U);
         if (reply[4] == 0 || reply[5] == 0)
             break;
-        log += text(reply);
+        log += text(reply) + '\n';
     }
     EXPECT_EQ(reply[4], 0) << "the end";
     EXPECT_THAT(log, testing::HasSubstr("power on"));

@@ -128,7 +128,23 @@ TEST(DeviceLog, comesInPiecesAndThenNothing)
         ++pieces;
     }
     EXPECT_EQ(pieces, 2);
-    EXPECT_NE(text.find("as most of them do\n"), std::string::npos);
+    EXPECT_NE(
+        text.find("a line that takes more than one piece to read, as most of them do"), std::string::npos);
+    EXPECT_EQ(log.take(59), "");
+}
+
+TEST(DeviceLog, keepsLinesWholeWhereTheyFit)
+{
+    constexpr std::size_t stamp = 13;
+    DeviceLog log;
+    log.add("one");
+    log.add(std::string(59 - 2 * stamp - 4, 'b'));
+    log.add("three");
+    const std::string first = log.take(59);
+    EXPECT_EQ(first.size(), 59U) << "two lines fill the piece, the second's end left out";
+    EXPECT_EQ(first.substr(stamp, 4), "one\n");
+    EXPECT_EQ(first.back(), 'b');
+    EXPECT_EQ(log.take(59).substr(stamp), "three");
     EXPECT_EQ(log.take(59), "");
 }
 
@@ -137,8 +153,12 @@ TEST(DeviceLog, neverLeavesASingleCharacter)
     for (std::size_t length = 1; length < 200; ++length) {
         DeviceLog log;
         log.add(std::string(length, 'x'));
-        for (std::string piece = log.take(59); !piece.empty(); piece = log.take(59))
+        std::size_t taken = 0;
+        for (std::string piece = log.take(59); !piece.empty(); piece = log.take(59)) {
             ASSERT_GE(piece.size(), 2U) << length;
+            taken += piece.size();
+        }
+        ASSERT_EQ(taken, length + 13);
     }
 }
 
@@ -150,7 +170,8 @@ TEST(DeviceLog, forgetsItsOldestLinesWhenFull)
     const std::string text = log.take(100000);
     EXPECT_LE(text.size(), 4096U);
     EXPECT_EQ(text[0], '[') << "begins with a whole line";
-    EXPECT_NE(text.find("line 999\n"), std::string::npos);
+    EXPECT_NE(text.find("line 998\n"), std::string::npos);
+    EXPECT_EQ(text.substr(text.size() - 8), "line 999");
     EXPECT_EQ(text.find("line 1\n"), std::string::npos);
 }
 

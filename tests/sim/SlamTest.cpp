@@ -202,7 +202,7 @@ TEST(SimSlam, onlyWhatThrottlesIsInTheDevicesLog)
     ASSERT_TRUE(slam->start());
     for (int pose = 0; pose < 500; ++pose)
         slam->handleOverrate();
-    const std::string log = device->state().log().take(8192);
+    const std::string log = device->state().log().take(8192) + '\n';
     EXPECT_THAT(log, ::testing::HasSubstr("power on")) << "it was pushed out";
     const std::size_t line = log.find("slam: handleOverrate\n");
     ASSERT_NE(line, std::string::npos);
