@@ -16,6 +16,8 @@ Item {
     property string title: ""
 
     readonly property double span: maximumValue - minimumValue
+    // What the scale and the gaps leave to each of the three bars.
+    readonly property real barWidth: Math.max(2, Math.min(Math.floor((width - Math.ceil(gauge.implicitWidth) - 25) / 3), 15))
 
     // Not from the row: its scale's font follows the width in turn.
     implicitWidth: 100
@@ -43,8 +45,13 @@ Item {
             minimumValue: control.minimumValue
             maximumValue: control.maximumValue
             tickmarkStepSize: control.span / 8
+            // Every number has its line; a low scale leaves numbers out.
+            readonly property int numbering: [1, 2, 4, 8].find(
+                every => every === 8 || height * every / 8 >= font.pixelSize)
+
             formatValue: function(value) {
-                return value.toFixed(control.span > 10 ? 0 : 1)
+                const tickmark = Math.round((value - minimumValue) / tickmarkStepSize)
+                return tickmark % numbering === 0 ? value.toFixed(control.span > 10 ? 0 : 1) : ""
             }
             font.pixelSize: Math.max(4, Math.min(12 * control.width / 100, 12))
             style: GaugeStyle {
@@ -64,6 +71,7 @@ Item {
             axis: GaugeView.Axis.X
             value: control.axis ? control.axis.x * control.factor : 0.0
             Layout.fillHeight: true
+            Layout.preferredWidth: control.barWidth
         }
 
         GaugeView {
@@ -73,6 +81,7 @@ Item {
             axis: GaugeView.Axis.Y
             value: control.axis ? control.axis.y * control.factor : 0.0
             Layout.fillHeight: true
+            Layout.preferredWidth: control.barWidth
         }
 
         GaugeView {
@@ -82,6 +91,7 @@ Item {
             axis: GaugeView.Axis.Z
             value: control.axis ? control.axis.z * control.factor : 0.0
             Layout.fillHeight: true
+            Layout.preferredWidth: control.barWidth
         }
     }
 }

@@ -10,6 +10,9 @@ DisplayItem {
 
     readonly property var imu: camera && camera.imu ? camera.imu : null
 
+    // What the read-out and the buttons take at the top.
+    readonly property real headHeight: Math.max(infoLabel.y + infoLabel.height, buttonsBottom)
+
     StreamLabel {
         id: infoLabel
         objectName: "infoLabel"
@@ -20,9 +23,11 @@ DisplayItem {
 
     RowLayout {
         objectName: "axes"
-        anchors.centerIn: parent
+        anchors.horizontalCenter: parent.horizontalCenter
+        y: Math.max(control.headHeight, (parent.height - height) / 2)
         width: Math.min(parent.width - 10, 500)
-        height: Math.min(parent.height - 2 * Math.max(infoLabel.y + infoLabel.height, control.buttonsBottom), 400)
+        // A low view spends the room that the middle would leave below.
+        height: Math.min(Math.max(parent.height - 2 * control.headHeight, Math.min(parent.height - control.headHeight - 5, 200)), 400)
         spacing: 5
 
         ImuAxisView {

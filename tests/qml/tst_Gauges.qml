@@ -215,6 +215,44 @@ Item {
             verify(title.mapToItem(item, 0, 0).y >= button.y + button.height)
         }
 
+        function test_theBarsOfANarrowViewStayInTheirColumns_data() {
+            return [{ tag: "narrow", width: 228, height: 240 }, { tag: "three", width: 313, height: 370 },
+                    { tag: "low", width: 150, height: 112 }, { tag: "wide", width: 800, height: 600 }]
+        }
+
+        function test_theBarsOfANarrowViewStayInTheirColumns(data) {
+            var item = make(imuView, { width: data.width, height: data.height })
+            var axes = ["accelView", "gyroView", "magnView"].map(function(name) { return find(item, name) })
+                    .filter(function(axis) { return axis.visible })
+            compare(axes.length, data.width > 300 ? 3 : 2)
+            axes.forEach(function(axis) {
+                var right = find(axis, "zGauge")
+                // Inside its own column, and thus beside the next one's scale.
+                tryVerify(function() { return right.mapToItem(axis, right.width, 0).x <= axis.width + 0.5 })
+                verify(find(axis, "gauge").mapToItem(axis, 0, 0).x >= -0.5)
+                tryCompare(right, "width", axis.barWidth)
+                verify(right.width >= 2 && right.width <= 15, right.width)
+                verify(right.height >= data.height / 4, right.height)
+                verify(axis.mapToItem(item, 0, axis.height).y <= data.height)
+            })
+        }
+
+        function test_aLowScaleLeavesNumbersOut() {
+            var axis = make(axisView, { width: 100, height: 240, minimumValue: -20, maximumValue: 20 })
+            var gauge = find(axis, "gauge")
+            var numbers = function() {
+                return [-20, -15, -10, -5, 0, 5, 10, 15, 20].map(gauge.formatValue)
+            }
+            compare(numbers(), ["-20", "-15", "-10", "-5", "0", "5", "10", "15", "20"])
+            // Eight steps of 12 pixels are 96.
+            axis.height = 240 - gauge.height + 95
+            tryCompare(gauge, "height", 95)
+            compare(numbers(), ["-20", "", "-10", "", "0", "", "10", "", "20"])
+            axis.height -= 48
+            tryCompare(gauge, "height", 47)
+            compare(numbers(), ["-20", "", "", "", "0", "", "", "", "20"])
+        }
+
         function test_imuViewHidesMagnWhenNarrow() {
             var item = make(imuView)
             var magn = find(item, "magnView")
