@@ -7,4 +7,13 @@ ToolButton {
     implicitHeight: 48
     checkable: true
     icon.color: checked ? "white" : "gray"
+
+    // Its sign stays legible over any picture.
+    Rectangle {
+        z: -1
+        anchors { fill: parent; margins: 8 }
+        color: "#0e1418"
+        opacity: 0.55
+        radius: 3
+    }
 }

@@ -33,6 +33,7 @@ Label {
     // No wider than the words, whatever room they have.
     background: Rectangle {
         width: control.contentWidth + control.leftPadding + control.rightPadding
+        height: control.height
         visible: control.text !== ""
         color: "#0e1418"
         opacity: 0.55

@@ -71,6 +71,7 @@ Item {
             // The words have gone below one another instead of away.
             verify(!shown.label.truncated)
             verify(shown.label.lineCount > 1)
+            verify(shown.background.height >= shown.label.contentHeight + shown.label.topPadding + shown.label.bottomPadding)
         }
 
         function wordWidth(label, word) {
