@@ -137,11 +137,14 @@ Column {
         spacing: 5
 
         ReadingLabel {
+            id: distanceCaption
+
             text: qsTranslate("SlamView", "Distance:")
         }
 
         ReadingLabel {
             objectName: "distanceLabel"
+            anchors.baseline: distanceCaption.baseline
             text: control.number(control.source ? control.source.distance : 0, 2) + (control.source ? " m" : "")
         }
     }
@@ -150,11 +153,14 @@ Column {
         spacing: 5
 
         ReadingLabel {
+            id: pointsCaption
+
             text: qsTranslate("SlamView", "Points:")
         }
 
         ReadingLabel {
             objectName: "pointsLabel"
+            anchors.baseline: pointsCaption.baseline
             text: control.pointCount === null ? " - " : control.pointCount
         }
     }
