@@ -193,9 +193,14 @@ Rectangle {
                         width: uuidSelector.width
                         highlighted: uuidSelector.highlightedIndex === index
                         hoverEnabled: uuidSelector.hoverEnabled
+                        leftPadding: 6
+                        rightPadding: 6
                         contentItem: Text {
                             text: model.uuid
                             font: uuidSelector.font
+                            // Like devices differ in their last letters.
+                            fontSizeMode: Text.HorizontalFit
+                            minimumPixelSize: 9
                             color: "white"
                             elide: Text.ElideRight
                             verticalAlignment: Text.AlignVCenter
@@ -341,10 +346,13 @@ Rectangle {
         }
     }
 
+    // Above the panel, which stands in the overlay.
     VersionDialog {
         id: versionDialog
         objectName: "versionDialog"
+        parent: Overlay.overlay
         anchors.centerIn: parent
+        z: 1
 
         function showVersion(v) {
             sdkversion = v
@@ -355,7 +363,9 @@ Rectangle {
     InfoDialog {
         id: infoDialog
         objectName: "infoDialog"
+        parent: Overlay.overlay
         anchors.centerIn: parent
+        z: 1
         width: Math.min(implicitWidth, window.width - 40)
         height: Math.min(implicitHeight, window.height - 40)
     }
@@ -363,7 +373,9 @@ Rectangle {
     CalibrationDialog {
         id: calibrationDialog
         objectName: "calibrationDialog"
+        parent: Overlay.overlay
         anchors.centerIn: parent
+        z: 1
         width: Math.min(implicitWidth, window.width - 40)
         height: Math.min(implicitHeight, window.height - 40)
     }
