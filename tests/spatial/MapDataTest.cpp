@@ -191,6 +191,18 @@ TEST(MapData, latestMapIsKeptAliveUntilTheNext)
     EXPECT_TRUE(watch.expired());
 }
 
+TEST(MapData, nullMapLetsGoOfTheLatest)
+{
+    auto slam = std::make_shared<FakeSlam>();
+    const MapData data(slam, nullptr);
+    auto first = map({{1, 2, 3}});
+    const std::weak_ptr<const qv::SlamMap> watch = first;
+    slam->maps.deliver(first);
+    first.reset();
+    slam->maps.deliver(nullptr);
+    EXPECT_TRUE(watch.expired());
+}
+
 TEST(MapData, posesStayEmptyAndKeyframesZero)
 {
     auto slam = std::make_shared<FakeSlam>();

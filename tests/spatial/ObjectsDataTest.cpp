@@ -6,7 +6,9 @@
 
 #include <QElapsedTimer>
 #include <QJsonObject>
+#include <QTemporaryDir>
 #include <QTemporaryFile>
+#include <QTimer>
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -26,6 +28,11 @@ TEST(ObjectsData, detectionRunsFromConstructionOn)
     {
         const ObjectsData data(detector, nullptr);
         EXPECT_THAT(detector->takeCalls(), ElementsAre("registerCallback", "start"));
+        EXPECT_TRUE(data.objects().isEmpty());
+        EXPECT_EQ(data.source(), ObjectsData::None);
+        EXPECT_TRUE(data.model().isEmpty());
+        EXPECT_TRUE(data.modelDescriptor().isEmpty());
+        EXPECT_FALSE(data.enabled());
     }
     EXPECT_THAT(detector->takeCalls(), ElementsAre("unregisterCallback(1)", "stop"));
 }
@@ -223,11 +230,60 @@ TEST(ObjectsData, descriptorArrivesASecondAfterTheModel)
     data.setModel(model.fileName());
     const std::string modelCall = "setModel(" + model.fileName().toStdString() + ")";
     EXPECT_THAT(detector->calls(), ElementsAre(modelCall));
+    // Timers end in their order, however late.
+    QTimer later;
+    later.setSingleShot(true);
+    std::size_t callsByThen = 0;
+    QObject::connect(&later, &QTimer::timeout, [&] { callsByThen = detector->calls().size(); });
+    later.start(1500);
     ASSERT_TRUE(waitFor([&] { return detector->calls().size() > 1; }));
     EXPECT_GE(clock.elapsed(), 950);
     ASSERT_TRUE(waitFor([&] { return detector->calls().size() == 5; }));
     EXPECT_THAT(detector->calls(),
         ElementsAre(modelCall, "setDescriptor(/b)", "source", "setDescriptor(/b)", "source"));
+    ASSERT_TRUE(waitFor([&] { return !later.isActive(); }));
+    EXPECT_EQ(callsByThen, 5U);
+}
+
+TEST(ObjectsData, theSameDescriptorAgainIsNoChange)
+{
+    auto detector = std::make_shared<FakeObjectDetector>();
+    ObjectsData data(detector, nullptr);
+    const QSignalSpy changed(&data, &ObjectsData::modelDescriptorChanged);
+    data.setModelDescriptor(QStringLiteral("/a"));
+    data.setModelDescriptor(QStringLiteral("/a"));
+    EXPECT_EQ(changed.count(), 1);
+}
+
+TEST(ObjectsData, aDescriptorOfAModelThatIsGoneIsSentNowhere)
+{
+    auto detector = std::make_shared<FakeObjectDetector>();
+    auto gone = std::make_unique<ObjectsData>(detector, nullptr);
+    gone->setModelDescriptor(QStringLiteral("/a"));
+    gone.reset();
+    detector->takeCalls();
+    auto otherDetector = std::make_shared<FakeObjectDetector>();
+    ObjectsData other(otherDetector, nullptr);
+    otherDetector->takeCalls();
+    other.setModelDescriptor(QStringLiteral("/b"));
+    ASSERT_TRUE(waitFor([&] { return !otherDetector->calls().empty(); }));
+    EXPECT_THAT(detector->calls(), IsEmpty());
+}
+
+TEST(ObjectsData, pathsReachTheDetectorAsUtf8)
+{
+    auto detector = std::make_shared<FakeObjectDetector>();
+    ObjectsData data(detector, nullptr);
+    detector->takeCalls();
+    const QTemporaryDir folder;
+    QFile model(folder.filePath(QStringLiteral("\u6a21.bin")));
+    ASSERT_TRUE(model.open(QIODevice::WriteOnly));
+    const std::string path = folder.path().toStdString();
+    data.setModelDescriptor(QStringLiteral("/\u6a21"));
+    data.setModel(model.fileName());
+    EXPECT_THAT(detector->takeCalls(), ElementsAre("setModel(" + path + "/\xE6\xA8\xA1.bin)"));
+    ASSERT_TRUE(waitFor([&] { return !detector->calls().empty(); }));
+    EXPECT_EQ(detector->calls().front(), "setDescriptor(/\xE6\xA8\xA1)");
 }
 
 TEST(ObjectsData, detectorsSourceIsReadBackWhateverItAnswers)

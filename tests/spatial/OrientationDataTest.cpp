@@ -96,6 +96,20 @@ TEST(OrientationData, anglesSetByHandTouchNothingElse)
     EXPECT_TRUE(data.matrix().isIdentity());
 }
 
+TEST(OrientationData, aRotationByTheSameAngleAboutAnotherAxisIsAnotherOne)
+{
+    const float aboutX[]{1, 0, 0, 0, 0, -1, 0, 1, 0}, aboutZ[]{0, -1, 0, 1, 0, 0, 0, 0, 1};
+    OrientationData data;
+    data.setMatrix(QMatrix3x3(aboutX));
+    const float scalar = data.quaternion().scalar();
+    const OrientationSignals emitted(data);
+    data.setMatrix(QMatrix3x3(aboutZ));
+    EXPECT_EQ(data.quaternion().scalar(), scalar);
+    EXPECT_THAT(emitted.names, ElementsAre("matrix", "quaternion", "roll", "pitch", "viewVector"));
+    EXPECT_NEAR(data.roll(), 90, 1e-3);
+    EXPECT_NEAR(data.pitch(), 0, 1e-3);
+}
+
 TEST(OrientationData, identityAfterAnotherRotationLooksAlongZ)
 {
     OrientationData data;

@@ -50,14 +50,38 @@ TEST(PlanesData, planeBecomesColorNameAndPoints)
 {
     auto slam = std::make_shared<FakeSlam>();
     const PlanesData data(slam, nullptr);
-    slam->stereoPlanes.deliver(planes({{"3", {{0.1, 2, 3}, {4, 5, 6}}}}));
+    slam->stereoPlanes.deliver(planes({{"3", {{0.1, 0.2, 0.3}, {4, 5, 6}}}}));
     ASSERT_EQ(data.stereoPlanes().size(), 1);
     const QJsonObject plane = data.stereoPlanes()[0].toObject();
     EXPECT_EQ(plane.keys(), (QStringList{"color", "name", "points"}));
     EXPECT_EQ(plane["color"].toString(), QStringLiteral("#0082c8"));
     EXPECT_EQ(plane["name"].toString(), QStringLiteral("3"));
-    EXPECT_EQ(plane["points"].toArray(), (QJsonArray{QJsonArray{0.1, 2, 3}, QJsonArray{4, 5, 6}}));
+    EXPECT_EQ(plane["points"].toArray(), (QJsonArray{QJsonArray{0.1, 0.2, 0.3}, QJsonArray{4, 5, 6}}));
     EXPECT_TRUE(data.tofPlanes().isEmpty());
+}
+
+TEST(PlanesData, planesKeepTheirOrder)
+{
+    auto slam = std::make_shared<FakeSlam>();
+    const PlanesData data(slam, nullptr);
+    slam->tofPlanes.deliver(planes({{"2", {}}, {"1", {}}, {"3", {}}}));
+    QStringList names;
+    for (const QJsonValue &plane : data.tofPlanes())
+        names.append(plane.toObject()["name"].toString());
+    EXPECT_EQ(names, (QStringList{"2", "1", "3"}));
+}
+
+TEST(PlanesData, refusedRegistrationsAreUnregisteredAsMinusOne)
+{
+    auto slam = std::make_shared<FakeSlam>();
+    slam->stereoPlanes.refuses = true;
+    slam->tofPlanes.refuses = true;
+    {
+        const PlanesData data(slam, nullptr);
+        slam->takeCalls();
+    }
+    EXPECT_THAT(slam->takeCalls(),
+        ElementsAre("unregisterStereoPlanesCallback(-1)", "unregisterTofPlanesCallback(-1)", "stop"));
 }
 
 TEST(PlanesData, paletteStandsInItsOrder)
@@ -80,22 +104,29 @@ TEST(PlanesData, samePlanesEmitNothing)
 {
     auto slam = std::make_shared<FakeSlam>();
     const PlanesData data(slam, nullptr);
-    const QSignalSpy changed(&data, &PlanesData::tofPlanesChanged);
-    slam->tofPlanes.deliver(planes({{"1", {{1, 2, 3}}}}));
-    slam->tofPlanes.deliver(planes({{"1", {{1, 2, 3}}}}));
-    EXPECT_EQ(changed.count(), 1);
+    const QSignalSpy tof(&data, &PlanesData::tofPlanesChanged);
+    const QSignalSpy stereo(&data, &PlanesData::stereoPlanesChanged);
+    for (int i = 0; i < 2; ++i) {
+        slam->tofPlanes.deliver(planes({{"1", {{1, 2, 3}}}}));
+        slam->stereoPlanes.deliver(planes({{"1", {{1, 2, 3}}}}));
+    }
+    EXPECT_EQ(tof.count(), 1);
+    EXPECT_EQ(stereo.count(), 1);
 }
 
 TEST(PlanesData, nullAndEmptyListsEmptyTheArray)
 {
     auto slam = std::make_shared<FakeSlam>();
     const PlanesData data(slam, nullptr);
-    slam->tofPlanes.deliver(planes({{"1", {{1, 2, 3}}}}));
-    slam->tofPlanes.deliver(nullptr);
-    EXPECT_TRUE(data.tofPlanes().isEmpty());
-    slam->tofPlanes.deliver(planes({{"1", {{1, 2, 3}}}}));
-    slam->tofPlanes.deliver(planes({}));
-    EXPECT_TRUE(data.tofPlanes().isEmpty());
+    for (const qv::Slam::Planes &none : {qv::Slam::Planes(), planes({})}) {
+        slam->tofPlanes.deliver(planes({{"1", {{1, 2, 3}}}}));
+        slam->stereoPlanes.deliver(planes({{"1", {{1, 2, 3}}}}));
+        slam->tofPlanes.deliver(none);
+        EXPECT_TRUE(data.tofPlanes().isEmpty());
+        EXPECT_EQ(data.stereoPlanes().size(), 1);
+        slam->stereoPlanes.deliver(none);
+        EXPECT_TRUE(data.stereoPlanes().isEmpty());
+    }
 }
 
 TEST(PlanesData, planeWithoutPointsHasAnEmptyOutline)
@@ -141,6 +172,17 @@ TEST(PlanesData, clearEmptiesOnlyWhenTheLibraryAgrees)
     EXPECT_TRUE(data.clearStereoPlanes());
     EXPECT_TRUE(data.tofPlanes().isEmpty());
     EXPECT_TRUE(data.stereoPlanes().isEmpty());
+}
+
+TEST(PlanesData, clearAsksTheLibraryForItsSideAlsoWhereThereIsNothing)
+{
+    auto slam = std::make_shared<FakeSlam>();
+    PlanesData data(slam, nullptr);
+    slam->takeCalls();
+    EXPECT_TRUE(data.clearTofPlanes());
+    EXPECT_THAT(slam->takeCalls(), ElementsAre("clearTofPlanes"));
+    EXPECT_TRUE(data.clearStereoPlanes());
+    EXPECT_THAT(slam->takeCalls(), ElementsAre("clearStereoPlanes"));
 }
 
 TEST(PlanesData, signalsCarryWhatIsStored)

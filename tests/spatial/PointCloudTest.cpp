@@ -46,6 +46,36 @@ TEST(PointCloud, setPointsAlwaysSignalsAndSizeOnlyOnAChange)
     EXPECT_EQ(update.count(), 0);
 }
 
+TEST(PointCloud, signalsCarryWhatIsStored)
+{
+    PointCloud cloud;
+    const QSignalSpy points(&cloud, &PointCloud::pointsChanged);
+    const QSignalSpy size(&cloud, &PointCloud::sizeChanged);
+    cloud.setPoints(triples({1, 2, 3}));
+    cloud.setSize(7);
+    ASSERT_EQ(points.count(), 1);
+    EXPECT_EQ(points[0][0].toByteArray(), triples({1, 2, 3}));
+    ASSERT_EQ(size.count(), 1);
+    EXPECT_EQ(size[0][0].toInt(), 7);
+}
+
+TEST(PointCloudColor, signalsCarryWhatIsStored)
+{
+    PointCloudColor cloud;
+    const QSignalSpy points(&cloud, &PointCloudColor::pointsChanged);
+    const QSignalSpy colors(&cloud, &PointCloudColor::colorsChanged);
+    const QSignalSpy size(&cloud, &PointCloudColor::sizeChanged);
+    cloud.setPoints(triples({1, 2, 3}));
+    cloud.setColors(triples({0, 1, 0}));
+    cloud.setSize(7);
+    ASSERT_EQ(points.count(), 1);
+    EXPECT_EQ(points[0][0].toByteArray(), triples({1, 2, 3}));
+    ASSERT_EQ(colors.count(), 1);
+    EXPECT_EQ(colors[0][0].toByteArray(), triples({0, 1, 0}));
+    ASSERT_EQ(size.count(), 1);
+    EXPECT_EQ(size[0][0].toInt(), 7);
+}
+
 TEST(PointCloudColor, equalColorsAreDroppedAndEqualPointsAreNot)
 {
     PointCloudColor cloud;
@@ -77,17 +107,19 @@ TEST(PointCloudColor, itsSizeSignalsOnAChangeAndNothingIsAnUpdate)
 TEST(PointCloudColor, signalsLeaveUnderTheLockOfTheirArray)
 {
     PointCloudColor cloud;
-    const auto readable = [](auto read) {
+    // What is free is waited for as long as it takes.
+    const auto readable = [](auto read, bool free) {
         auto reading = std::async(std::launch::async, read);
-        const bool ready = reading.wait_for(std::chrono::milliseconds(50)) == std::future_status::ready;
+        const std::chrono::milliseconds limit(free ? 10000 : 50);
+        const bool ready = reading.wait_for(limit) == std::future_status::ready;
         return std::pair(ready, std::move(reading));
     };
     std::vector<std::future<QByteArray>> readers;
     int signalled = 0;
     const auto look = [&](bool pointsFree, bool colorsFree) {
         ++signalled;
-        auto [pointsReady, points] = readable([&] { return cloud.points(); });
-        auto [colorsReady, colors] = readable([&] { return cloud.colors(); });
+        auto [pointsReady, points] = readable([&] { return cloud.points(); }, pointsFree);
+        auto [colorsReady, colors] = readable([&] { return cloud.colors(); }, colorsFree);
         EXPECT_EQ(pointsReady, pointsFree);
         EXPECT_EQ(colorsReady, colorsFree);
         readers.push_back(std::move(points));
@@ -177,7 +209,46 @@ TEST(PointCloudGeometry, sameHolderTwiceSignalsOnce)
     const QSignalSpy changed(&geometry, &PointCloudGeometry::pointCloudChanged);
     geometry.setPointCloud(&cloud);
     geometry.setPointCloud(&cloud);
-    EXPECT_EQ(changed.count(), 1);
+    ASSERT_EQ(changed.count(), 1);
+    EXPECT_EQ(changed[0][0].value<PointCloud *>(), &cloud);
+    EXPECT_EQ(geometry.pointCloud(), &cloud);
+}
+
+TEST(PointCloudGeometry, theCountAloneLimitsWhatIsDrawnAndNoByteIsCopied)
+{
+    PointCloud cloud;
+    const QByteArray points = triples({1, 2, 3, 4, 5, 6, 7, 8, 9});
+    cloud.setPoints(points);
+    cloud.setSize(3);
+    PointCloudGeometry geometry;
+    geometry.setPointCloud(&cloud);
+    const QAttribute *attribute = geometry.attributes().first();
+    EXPECT_EQ(attribute->count(), 3U);
+    cloud.setSize(1);
+    emit cloud.update();
+    EXPECT_EQ(attribute->count(), 1U);
+    EXPECT_EQ(attribute->buffer()->data().constData(), points.constData());
+}
+
+TEST(PointCloudGeometry, otherAttributesKeepTheirCount)
+{
+    PointCloud cloud;
+    PointCloudGeometry geometry;
+    geometry.setPointCloud(&cloud);
+    auto *indices = new QAttribute(&geometry);
+    indices->setAttributeType(QAttribute::IndexAttribute);
+    indices->setName(QAttribute::defaultPositionAttributeName());
+    auto *normals = new QAttribute(&geometry);
+    normals->setName(QAttribute::defaultNormalAttributeName());
+    for (QAttribute *other : {indices, normals}) {
+        other->setCount(5);
+        geometry.addAttribute(other);
+    }
+    cloud.setSize(2);
+    emit cloud.update();
+    EXPECT_EQ(geometry.attributes().first()->count(), 2U);
+    EXPECT_EQ(indices->count(), 5U);
+    EXPECT_EQ(normals->count(), 5U);
 }
 
 TEST(PointCloudGeometry, nullHolderLeavesTheOldPointsOnScreen)
@@ -326,11 +397,46 @@ TEST(PointCloudColorGeometry, sameHolderTwiceSignalsOnceAndAnotherTakesItsPlace)
     geometry.setPointCloud(&first);
     EXPECT_EQ(changed.count(), 1);
     geometry.setPointCloud(&second);
-    EXPECT_EQ(changed.count(), 2);
+    ASSERT_EQ(changed.count(), 2);
+    EXPECT_EQ(changed[1][0].value<PointCloudColor *>(), &second);
+    EXPECT_EQ(geometry.pointCloud(), &second);
     EXPECT_EQ(geometry.attributes()[0]->buffer()->data(), triples({7, 8, 9}));
     first.setPoints(triples({1, 2, 3}));
     emit first.update();
     EXPECT_EQ(geometry.attributes()[0]->buffer()->data(), triples({7, 8, 9}));
+}
+
+TEST(PointCloudColorGeometry, theCountsAloneLimitWhatIsDrawnAndNoByteIsCopied)
+{
+    PointCloudColor cloud;
+    const QByteArray points = triples({1, 2, 3, 4, 5, 6}), colors = triples({0, 0, 0, 1, 1, 1});
+    cloud.setPoints(points);
+    cloud.setColors(colors);
+    cloud.setSize(2);
+    PointCloudColorGeometry geometry;
+    geometry.setPointCloud(&cloud);
+    const QVector<QAttribute *> attributes = geometry.attributes();
+    EXPECT_EQ(attributes[1]->count(), 2U);
+    cloud.setSize(1);
+    emit cloud.update();
+    EXPECT_EQ(attributes[0]->count(), 1U);
+    EXPECT_EQ(attributes[1]->count(), 1U);
+    EXPECT_EQ(attributes[0]->buffer()->data().constData(), points.constData());
+    EXPECT_EQ(attributes[1]->buffer()->data().constData(), colors.constData());
+}
+
+TEST(PointCloudColorGeometry, aSizeAheadOfPointsAndColorsReadsNoForeignMemory)
+{
+    PointCloudColor cloud;
+    cloud.setPoints(triples({1, 2, 3}));
+    cloud.setSize(4);
+    PointCloudColorGeometry geometry;
+    geometry.setPointCloud(&cloud);
+    for (const QAttribute *attribute : geometry.attributes()) {
+        EXPECT_EQ(attribute->count(), 4U);
+        EXPECT_GE(attribute->buffer()->data().size(), 4 * 12);
+    }
+    EXPECT_TRUE(geometry.attributes()[0]->buffer()->data().startsWith(triples({1, 2, 3})));
 }
 
 TEST(PointCloudColorGeometry, nullHolderLeavesTheOldPointsOnScreen)

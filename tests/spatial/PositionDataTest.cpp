@@ -78,6 +78,9 @@ TEST(PositionData, eachComponentHasItsSetter)
     EXPECT_EQ(data.vector(), QVector3D(1, 2, 0));
     data.setZ(3);
     EXPECT_EQ(data.vector(), QVector3D(1, 2, 3));
+    EXPECT_EQ(data.x(), 1);
+    EXPECT_EQ(data.y(), 2);
+    EXPECT_EQ(data.z(), 3);
     EXPECT_THAT(emitted.names,
         ElementsAre("vector", "x", "y", "z", "vector", "x", "y", "z", "vector", "x", "y", "z"));
 }
@@ -113,7 +116,10 @@ TEST(PositionData, signalsCarryWhatIsStored)
     const QSignalSpy x(&data, &PositionData::xChanged);
     const QSignalSpy y(&data, &PositionData::yChanged);
     const QSignalSpy z(&data, &PositionData::zChanged);
+    QVector3D stored;
+    QObject::connect(&data, &PositionData::vectorChanged, [&] { stored = data.vector(); });
     data.set(1, 0.1, 3);
+    EXPECT_EQ(stored, QVector3D(1, 0.1F, 3));
     ASSERT_EQ(x.count(), 1);
     EXPECT_EQ(x.first().first().toDouble(), 1);
     ASSERT_EQ(z.count(), 1);

@@ -162,6 +162,28 @@ TEST_F(Slam, stepJustAboveTwoCentimetresCountsAndOneJustBelowDoesNot)
     EXPECT_NEAR(data->distance(), 0.0205, 1e-6);
 }
 
+TEST_F(Slam, anchorIsUnsetAtExactlyTheOriginOnly)
+{
+    data->control(true);
+    slam->deliver(at(1e-7, 0, 0));
+    slam->deliver(at(5, 0, 0));
+    EXPECT_NEAR(data->distance(), 5, 1e-6);
+}
+
+TEST_F(Slam, aRestartLeavesTheReadingsAlone)
+{
+    data->control(true);
+    qv::Pose pose = at(2, 0, 0);
+    pose.confidence = 0.5;
+    slam->deliver(at(1, 0, 0));
+    slam->deliver(pose);
+    data->control(false);
+    data->control(true);
+    EXPECT_EQ(data->distance(), 1);
+    EXPECT_EQ(data->confidence(), 0.5);
+    EXPECT_FALSE(data->lost());
+}
+
 TEST_F(Slam, anchorIsSetByTheFirstPoseAwayFromTheOrigin)
 {
     data->control(true);
@@ -405,8 +427,11 @@ TEST_F(Slam, brokenPosesStayOutOfTheDistance)
     const double values[]{std::nan(""), INFINITY, -INFINITY, 1e300};
     data->control(true);
     const QSignalSpy changed(data.get(), &SlamData::distanceChanged);
-    for (const double value : values)
-        slam->deliver(at(0, value, 0)); // none of them becomes the anchor
+    for (const double value : values) { // none of them becomes the anchor
+        slam->deliver(at(value, 0, 0));
+        slam->deliver(at(0, value, 0));
+        slam->deliver(at(0, 0, value));
+    }
     slam->deliver(at(1, 0, 0));
     slam->deliver(at(3, 0, 0));
     EXPECT_EQ(data->distance(), 2);

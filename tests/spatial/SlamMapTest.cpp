@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -93,15 +94,22 @@ TEST_F(SlamMap, mapPathLiesInTheTemporaryFolder)
 
 TEST_F(SlamMap, savedMapIsWrittenByTheLibraryAndClosedWhenItIsDone)
 {
-    const QSignalSpy finished(data.get(), &SlamData::loopClosureFinished);
+    writeMap("an older and longer map");
+    int finished = 0;
     const LogCatcher log;
+    QObject::connect(data.get(), &SlamData::loopClosureFinished, [&] {
+        ++finished;
+        EXPECT_EQ(log.lines().size(), 2); // it is told after the log
+        EXPECT_EQ(slam->saveStream->sputc('.'), '.'); // and before the file is closed
+    });
     data->loopClosure();
     ASSERT_TRUE(slam->saveStream);
     slam->saveStream->sputn("a map", 5);
     slam->saveProgress(0.5F);
+    EXPECT_EQ(data->localizedPercent(), 0);
     slam->saveDone(1, 90);
-    EXPECT_EQ(finished.count(), 1);
-    EXPECT_EQ(bytesOf(map()), QByteArray("a map"));
+    EXPECT_EQ(finished, 1);
+    EXPECT_EQ(bytesOf(map()), QByteArray("a map."));
     EXPECT_EQ(log.lines(),
         (QStringList{QStringLiteral("debug: Save map to \"%1\"").arg(map()),
             QStringLiteral("debug: loopClosureDone status:  1 quality:  90")}));
@@ -173,7 +181,9 @@ TEST_F(SlamMap, loadedMapIsReadByTheLibraryAndLoadedAgainByAReset)
     data->reset();
     EXPECT_THAT(slam->takeCalls(), ElementsAre("reset", "loadMapAndSwitchToCslam"));
     slam->loadDone(77);
+    data->setLocalizedPercent(7);
     data->visualOdometry();
+    EXPECT_EQ(data->localizedPercent(), 7);
     slam->takeCalls();
     data->reset();
     EXPECT_THAT(slam->takeCalls(), ElementsAre("reset"));
@@ -184,6 +194,7 @@ TEST_F(SlamMap, givenPathIsTakenWhereItExists)
     const QString other = path(QStringLiteral("other.map"));
     writeMap(other, "other");
     EXPECT_TRUE(data->loadMap(other));
+    EXPECT_EQ(slam->loadStream->sputc('x'), EOF); // only to be read
     EXPECT_EQ(readMap(), "other");
     slam->loadDone(0);
 }
@@ -341,6 +352,32 @@ TEST_F(SlamMap, progressIsTakenOnEveryHundredthCallAcrossLoadsAndInstances)
     EXPECT_EQ(other.localizedPercent(), 50);
     EXPECT_EQ(data->localizedPercent(), 99);
     otherSlam->loadDone(0);
+}
+
+// In a process of its own, as the counter runs on through all tests of this one.
+TEST_F(SlamMap, theVeryFirstProgressIsTaken)
+{
+    ::testing::FLAGS_gtest_death_test_style = "threadsafe";
+    const auto percentOfTheFirst = [&] {
+        writeMap("bytes");
+        data->loadMap();
+        slam->loadProgress(0.42F);
+        slam->loadProgress(0.43F);
+        std::exit(data->localizedPercent()); // NOLINT(concurrency-mt-unsafe)
+    };
+    EXPECT_EXIT(percentOfTheFirst(), ::testing::ExitedWithCode(42), "");
+}
+
+TEST_F(SlamMap, progressIsStoredAsItComes)
+{
+    writeMap("bytes");
+    ASSERT_TRUE(data->loadMap());
+    for (const auto &[share, percent] : {std::pair(1.5F, 150), std::pair(-0.25F, -25)}) {
+        for (int i = 0; i < 100; ++i)
+            slam->loadProgress(share);
+        EXPECT_EQ(data->localizedPercent(), percent);
+    }
+    slam->loadDone(0);
 }
 
 TEST_F(SlamMap, progressThatIsTakenIsLoggedAlsoWhereThePercentStays)

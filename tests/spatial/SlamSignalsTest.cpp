@@ -31,6 +31,14 @@ TEST_F(Slam, aConfidenceThatIsFuzzilyEqualIsDropped)
     EXPECT_EQ(data->confidence(), 0.5 + 1e-9);
 }
 
+TEST_F(Slam, anyConfidenceDiffersFromNone)
+{
+    const QSignalSpy changed(data.get(), &SlamData::confidenceChanged);
+    data->setConfidence(1e-13);
+    EXPECT_EQ(changed.count(), 1);
+    EXPECT_EQ(data->confidence(), 1e-13);
+}
+
 TEST_F(Slam, soIsThatOfAPose)
 {
     data->control(true);
@@ -65,10 +73,12 @@ TEST_F(Slam, soDoesThatOfAPose)
     data->control(true);
     slam->deliver(surely(1));
     const QSignalSpy changed(data.get(), &SlamData::matrixChanged);
+    const QSignalSpy position(data->position(), &PositionData::vectorChanged);
     qv::Pose moved = surely(1);
     moved.translation.x = static_cast<double>(std::nextafterf(1, 2));
     slam->deliver(moved);
     EXPECT_EQ(changed.count(), 1);
+    EXPECT_EQ(position.count(), 1);
     slam->deliver(moved);
     EXPECT_EQ(changed.count(), 1);
 }
@@ -105,11 +115,15 @@ TEST_F(Slam, resetAsksTheLibraryBeforeAnythingGoesToZero)
     slam->deliver(surely(1));
     qv::Pose further = surely(1);
     further.translation.x = 2;
+    further.rotation = {0, 0, 1, 0, 1, 0, -1, 0, 0};
     slam->deliver(further);
     ASSERT_EQ(data->distance(), 1);
     slam->takeCalls();
     QObject::connect(data->position(), &PositionData::vectorChanged,
         [&](const QVector3D &position) { slam->log->add("position", position.x(), data->distance()); });
+    const QSignalSpy matrix(data.get(), &SlamData::matrixChanged);
+    const QSignalSpy orientation(data->orientation(), &OrientationData::matrixChanged);
     data->reset();
     EXPECT_THAT(slam->takeCalls(), ElementsAre("reset", "position(0, 0)"));
+    EXPECT_EQ(matrix.count() + orientation.count(), 0); // these stay till the next pose
 }

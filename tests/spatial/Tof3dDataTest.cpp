@@ -31,6 +31,17 @@ TEST(Tof3dData, defaultsAndMissingComponents)
     EXPECT_EQ(data.pointCloud()->size(), 0);
 }
 
+TEST(Tof3dData, eachMissingSlamIsLoggedByItself)
+{
+    const auto tof = std::make_shared<FakeTofCamera>();
+    const auto slam = std::make_shared<FakeSlam>();
+    const LogCatcher log;
+    const Tof3dData withoutEdge(tof, nullptr, slam, nullptr, nullptr);
+    EXPECT_EQ(log.lines(), (QStringList{"debug: No Edge available"}));
+    const Tof3dData withoutSlam(tof, nullptr, nullptr, slam, nullptr);
+    EXPECT_EQ(log.lines(), (QStringList{"debug: No Edge available", "debug: No SLAM available"}));
+}
+
 TEST(Tof3dData, colourCameraMakesRgbAvailable)
 {
     const Tof3dData data(
@@ -65,8 +76,10 @@ TEST(Tof3dData, distanceSignalsAlwaysAndTheOthersOnAChange)
     data.setColorize(true);
     data.setSource(Tof3dData::Source::EDGE);
     data.setSource(Tof3dData::Source::EDGE);
-    EXPECT_EQ(distance.count(), 2);
-    EXPECT_EQ(colorize.count(), 1);
+    ASSERT_EQ(distance.count(), 2);
+    EXPECT_EQ(distance.first().first().toDouble(), 4.5);
+    ASSERT_EQ(colorize.count(), 1);
+    EXPECT_TRUE(colorize.first().first().toBool());
     EXPECT_EQ(source.count(), 1);
     EXPECT_EQ(source.first().first().value<Tof3dData::Source>(), Tof3dData::Source::EDGE);
     data.setRgbAvailable(true);
