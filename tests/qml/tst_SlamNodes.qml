@@ -94,6 +94,18 @@ Item {
             })
         }
 
+        function compareParts(entity, parts) {
+            const components = list(entity.components)
+            parts.forEach(function(part, i) { verify(part && components.indexOf(part) >= 0, "part " + i) })
+        }
+
+        function compareLayout(attribute, count) {
+            compare(attribute.name, "vertexPosition")
+            compare(attribute.attributeType, Attribute.VertexAttribute)
+            compare(attribute.vertexBaseType, Attribute.Float)
+            compare([attribute.vertexSize, attribute.byteStride, attribute.byteOffset, attribute.count], [3, 12, 0, count])
+        }
+
         function cleanupScene() {
             scene.destroy()
             scene = null
@@ -196,10 +208,8 @@ Item {
             const renderer = nodes(map, "QGeometryRenderer")[0]
             compare(renderer.primitiveType, GeometryRenderer.Points)
             verify(renderer.geometry.pointCloud === device.map.pointCloud)
-            const components = list(map.components)
-            verify(components.indexOf(nodes(scene, "QLayer")[1]) >= 0, "on the points' layer")
             const transform = device.nodesOf(map, "Qt3DCore::QTransform")[0]
-            verify(components.indexOf(transform) >= 0)
+            compareParts(map, [renderer, nodes(map, "QMaterial")[0], transform, nodes(scene, "QLayer")[1]])
             compare(transform.scale, 1)
             compare(transform.translation, Qt.vector3d(0, 0, 0))
             cleanupScene()
@@ -208,13 +218,56 @@ Item {
         function test_theGroundLiesOnTheSolidLayer() {
             scene = create(sceneComponent)
             const solid = nodes(scene, "QLayer")[0]
-            const lines = device.nodesOf(device.nodesOf(scene, "GroundPlane")[0], "Line")
+            const ground = device.nodesOf(scene, "GroundPlane")[0]
+            compare(ground.width, 2)
+            verify(Qt.colorEqual(ground.color, "white"))
+            const lines = device.nodesOf(ground, "Line")
             compare(lines.length, 22)
             lines.forEach(function(line) {
                 verify(line.layer === solid)
                 verify(list(line.components).indexOf(solid) >= 0)
             })
             compare(device.nodesOf(scene, "CoordinateEntity")[0].layer, null)
+            cleanupScene()
+        }
+
+        function test_entitiesAreMadeOfTheirParts_data() {
+            const straight = [Qt.vector3d(0, 0, 0), Qt.vector3d(1, 0, 0), Qt.vector3d(2, 0, 0)]
+            return [
+                { tag: "Line", component: lineComponent, properties: {}, primitive: GeometryRenderer.Lines, count: 2 },
+                { tag: "Path", component: pathComponent, properties: { path: straight },
+                  primitive: GeometryRenderer.LineStrip, count: 3 },
+                { tag: "CameraEntity", component: frustumComponent, properties: {},
+                  primitive: GeometryRenderer.LineStrip, count: 11 }
+            ]
+        }
+
+        function test_entitiesAreMadeOfTheirParts(row) {
+            const layer = create(layerComponent)
+            const entity = create(row.component, row.properties)
+            entity.layer = layer
+            const renderer = nodes(entity, "QGeometryRenderer")[0]
+            compareParts(entity, [renderer, entity.transform, entity.material, layer])
+            compare(renderer.primitiveType, row.primitive)
+            compare(renderer.instanceCount, 1)
+            compare(entity.transform.matrix, Qt.matrix4x4())
+            const attributes = nodes(entity, "QAttribute")
+            compareLayout(attributes[0], row.count)
+            // A path is drawn by indices, of which a straight one needs two.
+            compare(attributes.length, row.tag === "Path" ? 2 : 1)
+            if (row.tag === "Path") {
+                compare(attributes[1].attributeType, Attribute.IndexAttribute)
+                compare(attributes[1].vertexBaseType, Attribute.UnsignedInt)
+                compare([attributes[1].vertexSize, attributes[1].count], [1, 2])
+            }
+            entity.destroy()
+            layer.destroy()
+        }
+
+        function test_theRootHoldsItsSettings() {
+            scene = create(sceneComponent)
+            compareParts(scene, [nodes(scene, "QRenderSettings")[0],
+                                 device.nodesOf(scene, "Qt3DInput::QInputSettings")[0]])
             cleanupScene()
         }
 
@@ -252,8 +305,14 @@ Item {
             compare(fills[0].alpha, 0.5)
             const parts = device.nodesOf(plane, "Qt3DCore::QEntity")
             compare(parts.length, 2)
-            parts.forEach(function(part) { verify(list(part.components).indexOf(layer) >= 0) })
-            verify(list(parts[1].components).indexOf(fills[0]) >= 0)
+            const renderers = nodes(plane, "QGeometryRenderer")
+            compareParts(parts[0], [renderers[0], device.nodesOf(plane, "LineMaterial")[0], layer])
+            compareParts(parts[1], [renderers[1], fills[0], layer])
+            compareParts(plane, [plane.transform, layer])
+            plane.points = [[0, 0, 1], [1, 0, 1], [1, 1, 1]]
+            compareLayout(nodes(plane, "QAttribute")[0], 3)
+            plane.points = [[0, 0, 1]]
+            compareLayout(nodes(plane, "QAttribute")[0], 1)
             plane.destroy()
             layer.destroy()
         }
@@ -300,6 +359,10 @@ Item {
                 verify(line.layer === layer)
             })
             verify(Qt.colorEqual(ground.material.ambient, "#123456"))
+            const transform = device.nodesOf(ground, "Qt3DCore::QTransform").filter(
+                function(transform) { return transform.parent === ground })[0]
+            compareParts(ground, [transform])
+            compare(transform.matrix, Qt.matrix4x4())
             ground.destroy()
             layer.destroy()
         }

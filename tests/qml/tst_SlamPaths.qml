@@ -71,8 +71,8 @@ Item {
             open()
             device.deliverLine("edge", 1, 49)
             compare(drawnEdgePath().length, 0)
-            device.deliverLine("slam", 1, 1)
-            compare(drawnEdgePath().length, 0)
+            device.deliverLine("slam", 1, 50)
+            compare([drawnSlamPath().length, drawnEdgePath().length], [150, 0])
             device.deliverLine("edge", 50, 1)
             compare(drawnEdgePath().length, 150)
             fuzzyCompare(drawnEdgePath()[147], 0.5, 1e-6)
@@ -80,7 +80,7 @@ Item {
             compare(drawnEdgePath().length, 150)
             device.deliverLine("edge", 100, 1)
             compare(drawnEdgePath().length, 300)
-            compare(drawnSlamPath().length, 0)
+            compare(drawnSlamPath().length, 150)
         }
 
         function test_theEdgePathHasABound() {

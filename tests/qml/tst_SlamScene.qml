@@ -131,6 +131,14 @@ Item {
             scene.cameraMatrixFromEdge = moved
             compare(part("edgeCamera").transform.matrix, moved)
             compare(part("slamCamera").transform.matrix, Qt.matrix4x4())
+            const movedOtherwise = Qt.matrix4x4(1, 0, 0, 6, 0, 1, 0, 7, 0, 0, 1, 8, 0, 0, 0, 1)
+            scene.cameraMatrixFromSlam = movedOtherwise
+            compare(part("slamCamera").transform.matrix, movedOtherwise)
+            compare(part("edgeCamera").transform.matrix, moved)
+            scene.displaySlamCamera = true
+            scene.displayEdgeCamera = false
+            compare(["slamCamera", "slamPath", "edgeCamera", "edgePath"].map(function(name) { return part(name).enabled }),
+                    [true, true, false, false])
             scene.destroy()
         }
 
@@ -154,13 +162,13 @@ Item {
         }
 
         function test_keyframesBecomeSmallCameras() {
-            const scene = create(sceneComponent, { poses: [{ translation: [1, 2, 3], rotation: [0, 0, 1, 0] }] })
+            const scene = create(sceneComponent, { poses: [{ translation: [1, 2, 3], rotation: [0.1, 0.5, 0.7, 0.5] }] })
             const keyframes = device.nodesOf(scene, "CameraEntity").filter(function(camera) { return camera.scale < 1 })
             compare(keyframes.length, 1)
             fuzzyCompare(keyframes[0].scale, 0.1, 1e-6)
             verify(Qt.colorEqual(keyframes[0].color, "orange"))
             compare(keyframes[0].transform.translation, point(1, 2, 3))
-            compare(keyframes[0].transform.rotation, Qt.quaternion(0, 0, 0, 1))
+            compare(keyframes[0].transform.rotation, Qt.quaternion(0.5, 0.1, 0.5, 0.7))
             scene.destroy()
         }
 
@@ -306,10 +314,38 @@ Item {
             for (let i = 0; i < 5; ++i)
                 path.path.push(point(i, 0, 0))
             path.pathChanged()
-            path.path[2] = point(2, 9, 0)
+            for (const changed of [[2, 9, 0], [7, 9, 0], [7, 9, 5]]) {
+                path.path[2] = point(changed[0], changed[1], changed[2])
+                path.pathChanged()
+                compare(pathVertices(path).slice(6, 9), changed)
+                verify(pathIndices(path).indexOf(2) > 0)
+            }
+            path.destroy()
+        }
+
+        function test_anotherLongPathIsDrawnWhole() {
+            const path = create(pathComponent)
+            const line = function(y) {
+                const points = []
+                for (let i = 0; i < 1000; ++i)
+                    points.push(point(i, i > 0 && i < 999 ? y : 0, 0))
+                return points
+            }
+            path.path = line(1)
+            compare(pathVertices(path).slice(1500, 1503), [500, 1, 0])
+            path.path = line(2) // with the same ends
+            compare(pathVertices(path).slice(1500, 1503), [500, 2, 0])
+            path.destroy()
+        }
+
+        function test_aCornerOfAPathIsKept() {
+            const path = create(pathComponent)
+            for (let i = 0; i <= 100; ++i)
+                path.path.push(point(0.01 * i, 0, 0))
+            for (let j = 1; j <= 100; ++j)
+                path.path.push(point(1, 0.01 * j, 0))
             path.pathChanged()
-            compare(pathVertices(path).slice(6, 9), [2, 9, 0])
-            verify(pathIndices(path).indexOf(2) > 0)
+            compare(pathIndices(path), [0, 100, 200])
             path.destroy()
         }
 

@@ -1,4 +1,5 @@
 import QtQuick 2.13
+import QtQuick.Scene3D 2.13
 import QtTest 1.13
 import Qt3D.Core 2.13
 import Qt3D.Render 2.13
@@ -27,6 +28,14 @@ Item {
             width: 800
             height: 600
             minimized: false
+        }
+    }
+
+    Component {
+        id: sceneComponent
+
+        Viewer.Tof3DScene {
+            matrix: Qt.matrix4x4(1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1)
         }
     }
 
@@ -88,6 +97,64 @@ Item {
             compare(scene.pointCloud, null)
             compare(find(view, "fpsLabel").text, "")
             compare(find(view, "colorizeCheckBox").enabled, false)
+            compare(find(view, "colorizeCheckBox").checked, false)
+        }
+
+        function test_theSceneByItself() {
+            scene = sceneComponent.createObject(null)
+            compare(scene.position, Qt.vector3d(0, 0, 0))
+            compare(scene.orientation, Qt.quaternion(0, 0, 0, 1))
+            compare(scene.viewVector, Qt.vector3d(0, 0, 1))
+            compare(scene.viewCenter, Qt.vector3d(0, 0, 1))
+            compare(scene.freeView, false)
+            compare(scene.pointCloud, null)
+            scene.destroy()
+        }
+
+        function test_theScenesFrame() {
+            open()
+            const scene3d = find(view, "scene3d")
+            compare(scene3d.aspects, ["input", "logic"])
+            compare(scene3d.cameraAspectRatioMode, Scene3D.AutomaticAspectRatio)
+            compare(scene3d.focus, true)
+            view.width = 0
+            compare(scene3d.visible, false)
+        }
+
+        function test_aTurnedDeviceTurnsTheScene() {
+            open()
+            device.deliverTurned("slam", 1, 2, 3, [0, 0, 1, 0, 1, 0, -1, 0, 0])
+            compare(scene.orientation, device.slam.orientation.quaternion)
+            fuzzyCompare(scene.orientation.y, Math.sqrt(0.5), 1e-5)
+            compare(scene.viewVector, device.slam.orientation.viewVector)
+            fuzzyCompare(scene.viewVector.x, 1, 1e-5)
+            compare(scene.viewCenter, scene.position.plus(scene.viewVector))
+        }
+
+        function test_wordsAndPlaces() {
+            open()
+            waitForRendering(view)
+            const page = find(view, "sourcePage"), caption = find(view, "fpsLabel")
+            const free = find(view, "freeViewCheckBox"), colours = find(view, "colorizeCheckBox")
+            compare([free.text, colours.text], ["Free view", "Use RGB"])
+            compare(page.header.padding, 5)
+            compare(page.header.children[0].text, "Edge")
+            verify(page.header.children[1] === find(view, "slamSourceSwitch"))
+            compare(page.header.children[2].text, "Mixed")
+            verify(Qt.colorEqual(page.background.color, "black"))
+            compare(page.background.opacity, 0.5)
+            compare([page.x, page.y], [5, caption.y + caption.height + 5])
+            const boxes = free.parent
+            compare([boxes.x + boxes.width, boxes.y], [795, 5])
+            view.minimized = true
+            compare([page.visible, boxes.visible], [false, false])
+        }
+
+        // Nobody is there any more to be told that the box is unchecked.
+        function test_aCameraThatGoesIsToldNothing() {
+            open()
+            compare(find(view, "colorizeCheckBox").checked, true)
+            view.camera = null
             compare(find(view, "colorizeCheckBox").checked, false)
         }
 
@@ -239,6 +306,10 @@ Item {
             fuzzyCompare(camera.nearPlane, 0.01, 1e-6)
             compare(camera.farPlane, 1000)
             compare(camera.upVector, Qt.vector3d(0, -1, 0))
+            const settings = [device.nodesOf(scene, "Qt3DRender::QRenderSettings")[0],
+                              device.nodesOf(scene, "Qt3DInput::QInputSettings")[0]]
+            compare(scene.components.length, 2)
+            settings.forEach(function(part, i) { verify(scene.components[i] === part) })
             const controller = device.nodesOf(scene, "Qt3DExtras::QOrbitCameraController")[0]
             compare(controller.camera, null)
             fuzzyCompare(controller.linearSpeed, 0.5, 1e-6)
@@ -307,11 +378,14 @@ Item {
             verify(renderer.geometry.pointCloud === device.tof3d.pointCloud)
             compare(device.nodesOf(cloud, "Qt3DRender::QAttribute").map(function(attribute) { return attribute.name }),
                     ["vertexPosition", "vertexColor"])
-            const layer = device.nodesOf(scene, "Qt3DRender::QLayer")[1]
-            let found = false
+            const transform = device.nodesOf(cloud, "Qt3DCore::QTransform")[0]
+            compare(transform.matrix, Qt.matrix4x4())
+            const components = []
             for (let i = 0; i < cloud.components.length; ++i)
-                found = found || cloud.components[i] === layer
-            verify(found)
+                components.push(cloud.components[i])
+            const parts = [renderer, device.nodesOf(cloud, "Qt3DRender::QMaterial")[0], transform,
+                           device.nodesOf(scene, "Qt3DRender::QLayer")[1]]
+            parts.forEach(function(part) { verify(part && components.indexOf(part) >= 0, String(part)) })
         }
 
         function test_aSmallViewShowsTheSceneAlone() {

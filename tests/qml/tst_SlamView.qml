@@ -358,6 +358,7 @@ Item {
             open()
             device.deliver("slam", 1, 2, 3)
             const camera = scene.viewCam.camera
+            camera.upVector = Qt.vector3d(0, 0, 1)
             item("freeViewCheckBox").checked = true
             compare(scene.freeView, true)
             device.deliver("slam", 5, 5, 5)
@@ -560,6 +561,11 @@ Item {
             compare(popup.x, row.x + button.x - Math.abs(button.width - words.contentWidth))
             compare(popup.y, row.y - popup.height)
             verify(Qt.colorEqual(words.color, "white"))
+            verify(words.contentWidth > button.width)
+            popup.text = "i" // the button is the wider one
+            verify(words.contentWidth < button.width)
+            compare(popup.width, button.width)
+            compare(popup.x, row.x + button.x - (button.width - words.contentWidth))
             compare(device.node(view, "popTimer").interval, 2000)
             compare(device.node(view, "popTimer").running, true)
             tryCompare(popup, "visible", false, 5000)
