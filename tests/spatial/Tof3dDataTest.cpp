@@ -119,4 +119,7 @@ TEST(Tof3dData, aDefaultMadeOneHasNoCloudAndDiesInPeace)
     EXPECT_TRUE(data.colorize());
     EXPECT_TRUE(data.rgbAvailable());
     EXPECT_EQ(data.pointCloud(), nullptr);
+    const LogCatcher log;
+    delete new Tof3dData;
+    EXPECT_EQ(log.lines(), QStringList());
 }
