@@ -1,6 +1,7 @@
 import QtQuick 2.13
 import QtQuick.Scene3D 2.13
 import QtTest 1.13
+import Qt.labs.settings 1.1
 import Qt3D.Core 2.13
 import Qt3D.Render 2.13
 import Tof3dData 1.0
@@ -44,6 +45,24 @@ Item {
 
         Item {
             readonly property SlamDevice device: SlamDevice {}
+        }
+    }
+
+    Component {
+        id: settingsComponent
+
+        Item {
+            property alias freeView: store.freeView
+            property alias slamSource: store.slamSource
+
+            Settings {
+                id: store
+
+                property bool freeView: false
+                property bool slamSource: true
+
+                category: "Tof3DView"
+            }
         }
     }
 
@@ -219,6 +238,8 @@ Item {
             find(view, "slamSourceSwitch").checked = false
             view.destroy()
             wait(0)
+            const stored = make(settingsComponent)
+            compare([stored.freeView, stored.slamSource], [true, false])
             open()
             compare(find(view, "freeViewCheckBox").checked, true)
             compare(find(view, "slamSourceSwitch").checked, false)
