@@ -149,6 +149,7 @@ Item {
             const button = node("settingsButton")
             compare(button.visible, false)
             compare(button.width, 48)
+            compare(node("sourceCheckbox").checked, true)
             compare(button.rotation, 90)
             compare(String(button.icon.source), "qrc:/images/settings")
             button.checked = true
