@@ -162,6 +162,8 @@ Item {
             compare(scene.position, Qt.vector3d(1, 2, 3))
             item("edgeSourceButton").checked = true
             compare(scene.position, Qt.vector3d(4, 5, 6))
+            compare(scene.matrix, device.edge.matrix)
+            compare(scene.cameraMatrixFromSlam, device.slam.matrix)
             compare(scene.displaySlamCamera, false)
             compare(scene.displayEdgeCamera, true)
             compare(item("pointsLabel").text, " - ")
@@ -476,6 +478,7 @@ Item {
         function test_wordsAndPlaces() {
             open()
             const caption = item("fpsLabel"), page = item("valueControl"), col = item("col")
+            compare(scene.width, 1000)
             compare([caption.x, caption.y], [5, 5])
             compare([page.x, page.y], [5, caption.height + 10])
             compare([col.x + col.width, col.y], [995, 40])
@@ -580,6 +583,8 @@ Item {
             device.progress(0.42)
             tryCompare(item("localizedPercentLable"), "text", "localized:  42 %")
             compare(item("localizedPercentLable").visible, true)
+            device.progress(12.5)
+            tryCompare(item("localizedPercentLable"), "text", "localized:  " + (1250).toLocaleString() + " %")
             device.finishLoad()
             mouseClick(item("loadButton"))
             compare(device.takeCalls(), ["slam.stop", "slam.start"])
