@@ -216,6 +216,11 @@ TEST(AbstractData, recordPathSignalsChangesOnly)
     data.setRecordPath("a.csv");
     ASSERT_EQ(path.count(), 1);
     EXPECT_EQ(path[0][0].toString(), "a.csv");
+    QObject::connect(&data, &AbstractData::recordPathChanged,
+        [&](const QString &told) { EXPECT_EQ(data.recordPath(), told) << "stored when it is told"; });
+    data.setRecordPath("b.csv");
+    EXPECT_EQ(path.count(), 2);
+    data.setRecordPath("a.csv");
     EXPECT_EQ(data.property("recordPath").toString(), "a.csv");
 }
 
@@ -236,18 +241,18 @@ TEST(AbstractData, writesHeaderAndLinesAsTheyCome)
 TEST(AbstractData, textIsWrittenInTheLocalEncoding)
 {
     QTextCodec *const before = QTextCodec::codecForLocale();
-    QTextCodec::setCodecForLocale(QTextCodec::codecForName("ISO-8859-1"));
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("ISO-8859-15"));
     const QTemporaryDir folder;
     PlainData data;
-    data.firstLine = QStringLiteral("Gr\u00f6\u00dfe");
+    data.firstLine = QStringLiteral("Gr\u00f6\u00dfe in \u20ac");
     data.setRecordPath(folder.filePath("a.csv"));
     data.setRecording(true);
-    data.write(QStringLiteral("f\u00fcnf\n"));
+    data.write(QStringLiteral("5\u20ac\n"));
     data.setRecording(false);
     QTextCodec::setCodecForLocale(before);
     EXPECT_EQ(contents(data.recordPath()),
         QByteArray("Gr\xf6\xdf"
-                   "e\nf\xfcnf\n"));
+                   "e in \xa4\n5\xa4\n"));
 }
 
 TEST(AbstractData, anEmptyHeaderWritesNothing)
@@ -284,8 +289,11 @@ TEST(AbstractData, startingTwiceOpensOneFile)
     data.write("kept\n");
     data.setRecording(true);
     EXPECT_EQ(data.findChildren<QFile *>().size(), 1);
-    EXPECT_EQ(recording.count(), 1);
+    ASSERT_EQ(recording.count(), 1);
+    EXPECT_TRUE(recording[0][0].toBool());
     data.setRecording(false);
+    ASSERT_EQ(recording.count(), 2);
+    EXPECT_FALSE(recording[1][0].toBool());
     EXPECT_EQ(contents(data.recordPath()), "kept\n");
 }
 

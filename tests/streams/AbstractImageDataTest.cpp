@@ -25,6 +25,7 @@ public:
 
     cv::Mat toMat() const override
     {
+        ++asked;
         if (throws)
             CV_Error(cv::Error::StsBadArg, "a frame that can't be read");
         return frame.clone();
@@ -33,6 +34,7 @@ public:
     QImage picture;
     cv::Mat frame;
     bool throws = false;
+    mutable int asked = 0;
 };
 
 struct Video {
@@ -68,6 +70,7 @@ TEST(AbstractImageData, beginsEmpty)
     EXPECT_EQ(data.image()->parent(), &data);
     EXPECT_EQ(data.image()->data(), nullptr);
     EXPECT_FALSE(data.writeFrame());
+    EXPECT_EQ(data.asked, 0) << "no frame is copied for nothing";
 }
 
 TEST(AbstractImageData, sourceSizeSignalsChangesOnly)
@@ -148,6 +151,21 @@ TEST(AbstractImageData, aStartBeforeTheFirstFrameLogsAndMakesAWriterAllTheSame)
     EXPECT_FALSE(data.writeFrame());
 }
 
+TEST(AbstractImageData, oneMissingSideIsAnInvalidSizeToo)
+{
+    const QTemporaryDir folder;
+    for (const QSize size : {QSize(64, 0), QSize(0, 48)}) {
+        const LogCatcher log;
+        Pictures data;
+        data.setSourceWidth(size.width());
+        data.setSourceHeight(size.height());
+        data.setRecordPath(folder.filePath("a.avi"));
+        data.setRecording(true);
+        EXPECT_EQ(log.lines(),
+            QStringList{QString("debug: Invalid image size %1 %2").arg(size.width()).arg(size.height())});
+    }
+}
+
 TEST(AbstractImageData, startingTwiceMakesOneWriter)
 {
     const QTemporaryDir folder;
@@ -192,7 +210,7 @@ TEST(AbstractImageData, writesColourVideoAtTheRateOfItsStart)
     Pictures data(true);
     data.setSourceWidth(64);
     data.setSourceHeight(48);
-    data.setRecordFrameRate(30);
+    data.setRecordFrameRate(120);
     data.setRecordPath(folder.filePath("colour.avi"));
     data.setRecording(true);
     data.setRecordFrameRate(15);
@@ -202,7 +220,7 @@ TEST(AbstractImageData, writesColourVideoAtTheRateOfItsStart)
     data.setRecording(false);
 
     const Video video = readVideo(data.recordPath());
-    EXPECT_EQ(video.fps, 30);
+    EXPECT_EQ(video.fps, 120);
     ASSERT_EQ(video.frames.size(), 5U);
     const cv::Scalar mean = cv::mean(video.frames[4]);
     EXPECT_NEAR(mean[0], 200, 10);
@@ -324,6 +342,20 @@ TEST(AbstractImageData, saveWritesTheImageInTheFormatOfTheName)
     const QImage read(path);
     EXPECT_EQ(read.size(), QSize(7, 5));
     EXPECT_EQ(qGray(read.pixel(6, 4)), 77);
+}
+
+TEST(AbstractImageData, saveCompressesAtTheDefaultQuality)
+{
+    const QTemporaryDir folder;
+    Pictures data;
+    data.picture = QImage(64, 48, QImage::Format_Grayscale8);
+    for (int y = 0; y < 48; ++y) {
+        for (int x = 0; x < 64; ++x)
+            data.picture.scanLine(y)[x] = static_cast<unsigned char>(x * 37 + y * 11);
+    }
+    ASSERT_TRUE(data.save(folder.filePath("a.jpg")));
+    ASSERT_TRUE(data.picture.save(folder.filePath("default.jpg")));
+    EXPECT_EQ(QImage(folder.filePath("a.jpg")), QImage(folder.filePath("default.jpg")));
 }
 
 TEST(AbstractImageData, saveAnswersWhetherItWorked)
