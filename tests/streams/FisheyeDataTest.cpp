@@ -76,6 +76,8 @@ TEST(FisheyeData, pointsTravelWithAFrameOrAlone)
     EXPECT_EQ(data.image()->points(), (QVector<QPoint>{{0, 1}}));
     EXPECT_EQ(points.count(), 1);
     EXPECT_EQ(update.count(), 0);
+    data.setImage(4, 4, grey(4, 4, 1), 16);
+    EXPECT_EQ(data.image()->points(), (QVector<QPoint>{{0, 1}})) << "a frame alone leaves them";
 }
 
 TEST(FisheyeData, beforeTheFirstFrameThereIsNoPicture)
@@ -121,10 +123,13 @@ TEST(FisheyeData, toMatKeepsEveryPixelOfOddWidths)
 TEST(FisheyeData, copiesOutliveTheFrame)
 {
     FisheyeData data;
-    data.setImage(8, 8, grey(8, 8, 50), 64);
+    const std::shared_ptr<unsigned char> buffer(
+        new unsigned char[64], std::default_delete<unsigned char[]>());
+    std::fill_n(buffer.get(), 64, static_cast<unsigned char>(50));
+    data.setImage(8, 8, buffer, 64);
     const QImage image = data.toImage();
     const cv::Mat matrix = data.toMat();
-    data.setImage(8, 8, grey(8, 8, 60), 64);
+    std::fill_n(buffer.get(), 64, static_cast<unsigned char>(60));
     EXPECT_EQ(image.constScanLine(3)[3], 50);
     EXPECT_EQ(matrix.at<unsigned char>(3, 3), 50);
 }
@@ -142,12 +147,14 @@ TEST(FisheyeData, emptyFramesDoNoHarm)
     FisheyeData data;
     QSignalSpy update(data.image(), &ImageData::update);
     data.setImage(8, 8, nullptr, 64);
-    data.setImage(0, 0, grey(1, 1, 1), 0);
-    data.setImage(0, 8, grey(1, 1, 1), 0);
-    data.setImage(-3, 8, grey(1, 1, 1), -24);
-    EXPECT_EQ(update.count(), 4);
     EXPECT_TRUE(data.toImage().isNull());
     EXPECT_TRUE(data.toMat().empty());
+    for (const QSize size : {QSize(0, 0), QSize(0, 8), QSize(8, 0), QSize(-3, 8), QSize(8, -3)}) {
+        data.setImage(size.width(), size.height(), grey(1, 1, 1), size.width() * size.height());
+        EXPECT_TRUE(data.toImage().isNull());
+        EXPECT_NO_THROW(EXPECT_TRUE(data.toMat().empty()));
+    }
+    EXPECT_EQ(update.count(), 6);
 }
 
 TEST(FisheyeData, savesWhatItShows)
@@ -168,8 +175,9 @@ TEST(FisheyeData, recordsItsFramesAtAHundredASecond)
     data.setImage(64, 48, grey(64, 48, 30), 64 * 48);
     data.setRecordPath(folder.filePath("left.avi"));
     data.setRecording(true);
-    for (const int value : {40, 120, 200})
+    for (const int value : {40, 120})
         data.setImage(64, 48, grey(64, 48, static_cast<unsigned char>(value)), 64 * 48);
+    data.setImageAndPoints(64, 48, grey(64, 48, 200), 64 * 48, {{1, 2}});
     data.setImageAndPoints(0, 0, nullptr, 0, {});
     data.setRecording(false);
     data.setImage(64, 48, grey(64, 48, 250), 64 * 48);
@@ -182,4 +190,26 @@ TEST(FisheyeData, recordsItsFramesAtAHundredASecond)
     EXPECT_THAT(means,
         testing::ElementsAre(
             testing::DoubleNear(40, 4), testing::DoubleNear(120, 4), testing::DoubleNear(200, 4)));
+}
+
+TEST(FisheyeData, aWriterThatALostPathLeavesGetsNoFrames)
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("left.avi");
+    const LogCatcher log;
+    {
+        FisheyeData data;
+        data.setImage(64, 48, grey(64, 48, 30), 64 * 48);
+        data.setRecordPath(path);
+        data.setRecording(true);
+        data.setImage(64, 48, grey(64, 48, 40), 64 * 48);
+        data.setRecordPath(QString());
+        data.setRecording(false);
+        data.setImage(64, 48, grey(64, 48, 50), 64 * 48);
+    }
+    cv::VideoCapture video(path.toStdString());
+    int frames = 0;
+    for (cv::Mat frame; video.read(frame);)
+        ++frames;
+    EXPECT_EQ(frames, 1);
 }

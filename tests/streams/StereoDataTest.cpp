@@ -208,9 +208,15 @@ TEST(StereoData, withoutCamerasEveryOperationIsHarmless)
 
 TEST_F(Stereo, exposureGoesOutOnEveryChangeAlsoWhileOff)
 {
+    QSignalSpy gain(stereo.get(), &StereoData::gainChanged),
+        brightness(stereo.get(), &StereoData::brightnessChanged),
+        exposure(stereo.get(), &StereoData::autoExposureChanged);
     stereo->setGain(30);
     stereo->setBrightness(7);
     stereo->setAutoExposure(false);
+    EXPECT_EQ(gain, QList<QVariantList>{{30}});
+    EXPECT_EQ(brightness, QList<QVariantList>{{7}});
+    EXPECT_EQ(exposure, QList<QVariantList>{{false}});
     EXPECT_THAT(
         calls(), ElementsAre("setExposure(0, 30, 5)", "setExposure(0, 30, 7)", "setExposure(1, 30, 7)"));
 }
@@ -231,13 +237,18 @@ TEST_F(Stereo, presentValuesSendNothing)
 
 TEST_F(Stereo, theSignalLeavesBeforeTheDeviceIsTold)
 {
-    QObject::connect(stereo.get(), &StereoData::gainChanged, [&](int gain) {
-        EXPECT_EQ(gain, 30);
-        EXPECT_EQ(stereo->gain(), 30);
+    QStringList told;
+    const auto note = [&](int value) {
         EXPECT_THAT(device->calls(), IsEmpty());
-    });
+        told << QString("%1 %2 %3").arg(value).arg(stereo->gain()).arg(stereo->mode());
+    };
+    QObject::connect(stereo.get(), &StereoData::gainChanged, note);
+    QObject::connect(stereo.get(), &StereoData::modeChanged, note);
     stereo->setGain(30);
     EXPECT_THAT(calls(), ElementsAre("setExposure(0, 30, 5)"));
+    stereo->setMode(1);
+    EXPECT_THAT(calls(), ElementsAre("setUvcMode(1)"));
+    EXPECT_EQ(told, (QStringList{"30 30 4", "1 30 1"}));
 }
 
 TEST_F(Stereo, frameRateOfTheCamerasPassesThrough)
@@ -330,6 +341,7 @@ TEST_F(Stereo, sizeFollowsTheFirstImage)
     ASSERT_EQ(width.count(), 1);
     ASSERT_EQ(height.count(), 1);
     EXPECT_EQ(width[0][0].toInt(), 1280);
+    EXPECT_EQ(stereo->width(), 1280);
     EXPECT_EQ(stereo->height(), 720);
 }
 
@@ -484,6 +496,10 @@ TEST_F(Stereo, aSecondControlRegistersNothingAndStartsAgain)
     stereo->control(true);
     stereo->control(true);
     EXPECT_THAT(calls(), ElementsAre("start", "start"));
+    stereo->control(false);
+    calls();
+    stereo->control(false);
+    EXPECT_THAT(calls(), ElementsAre("stop")) << "nothing is left to unregister, and it stops again";
 }
 
 TEST_F(Stereo, aRefusedStartCountsAsRunning)
@@ -565,6 +581,8 @@ TEST_F(Stereo, theTimerTicksEachSecondAlsoWhileOff)
 TEST_F(Stereo, setFrameRateOverwritesAndAlwaysSignals)
 {
     QSignalSpy rate(stereo.get(), &StereoData::dataFrameRateChanged);
+    QObject::connect(stereo.get(), &StereoData::dataFrameRateChanged,
+        [&](int told) { EXPECT_EQ(stereo->dataFrameRate(), told); });
     stereo->setFrameRate(5);
     stereo->setFrameRate(5);
     EXPECT_EQ(rate.count(), 2);
