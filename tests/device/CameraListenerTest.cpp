@@ -278,8 +278,10 @@ TEST_F(CameraListenerTest, removalWalksAsTheListClosesItsGaps)
 
 TEST_F(CameraListenerTest, nullDeviceInAnAnswerIsPassedOver)
 {
+    const QSignalSpy changed(&m_listener, &CameraListener::camerasChanged);
     tick(fake::Devices{{"a", nullptr}});
     EXPECT_THAT(shown(), IsEmpty());
+    EXPECT_EQ(changed.count(), 0);
 }
 
 TEST_F(CameraListenerTest, deviceThatThrowsItsInformationIsListedAllTheSame)
@@ -356,8 +358,15 @@ TEST(CameraListener, destructionStopsEveryDeviceThenWaits)
     listener->setDevices(devices);
     listener->run();
     const QSignalSpy changed(listener.get(), &CameraListener::camerasChanged);
+    Names stopped;
+    const QList<QObject *> cameras = listener->cameras();
+    for (QObject *const camera : cameras)
+        QObject::connect(qobject_cast<CameraDevice *>(camera), &CameraDevice::sgbmChanged,
+            [&stopped, camera] { stopped.push_back(namesOf({camera}).front()); });
     const LogCatcher log;
     listener.reset();
+    ASSERT_GE(stopped.size(), 2U);
+    EXPECT_EQ(Names(stopped.begin(), stopped.begin() + 2), (Names{"a", "b"})) << "from the front";
     const QString stop = QStringLiteral("debug: Stop camera");
     EXPECT_THAT(
         log.lines(), ElementsAre(stop, stop, QStringLiteral("debug: Viewer cameras stopped"), stop, stop));
