@@ -383,6 +383,8 @@ TEST(FrameImage, brokenJpegHasNoPictureAndTheNextOneHas)
     const std::vector<frames::Bytes> broken{
         {file.data, 0}, {file.data, 20}, frames::bytes(frames::noise(500, 1)), {file.data, -5}};
     for (const auto &bytes : broken) {
+        frames::set(source, ImageData::JPEG, {16, 12}, file);
+        expectPlain(image, source, lookAt({8, 6}));
         frames::set(source, ImageData::JPEG, {16, 12}, bytes);
         EXPECT_TRUE(image.image(source.frame(), lookAt({8, 6})).isNull()) << bytes.size;
     }

@@ -126,6 +126,15 @@ TEST(ImageData, oldFrameIsGoneBeforeTheSizeIsAnnounced)
     EXPECT_EQ(dataSize, 0);
 }
 
+TEST(ImageData, newFrameIsThereWhenItIsAnnounced)
+{
+    ImageData image;
+    int dataSize = -1;
+    QObject::connect(&image, &ImageData::update, [&] { dataSize = image.dataSize(); });
+    image.set(3, 2, six(), 6);
+    EXPECT_EQ(dataSize, 6);
+}
+
 TEST(ImageData, emptyBufferIsAccepted)
 {
     ImageData image;

@@ -76,14 +76,37 @@ TEST(ImagePainterPaint, ratioIsStoredSilentlyAndAfterTheCorner)
     ImageData image;
     item.setSource(&image);
     setWhite(image, {20, 20});
-    painted(item, {20, 20});
+    painted(item, {60, 60});
     const QSignalSpy ratio(&item, &ImagePainter::imageRationChanged);
     double seen = -1;
     QObject::connect(&item, &ImagePainter::topLeftPointChanged, [&] { seen = item.imageRation(); });
     painted(item, {100, 40});
-    EXPECT_EQ(seen, 1.0) << "the one of the paint before";
+    EXPECT_EQ(seen, 3.0) << "the one of the paint before";
     EXPECT_EQ(item.imageRation(), 2.0);
     EXPECT_EQ(ratio.count(), 0);
+}
+
+TEST(ImagePainterPaint, frameAsWideAsTheWindowIsCentredWithoutScaling)
+{
+    ImagePainter item;
+    ImageData image;
+    item.setSource(&image);
+    item.setTopLeftPoint({3, 4});
+    setWhite(image, {30, 20});
+    painted(item, {30, 40});
+    EXPECT_EQ(item.topLeftPoint(), QPointF(0, 10));
+    EXPECT_EQ(item.imageRation(), 1.0);
+}
+
+TEST(ImagePainterPaint, ratioIsThatOfTheWidths)
+{
+    ImagePainter item;
+    ImageData image;
+    item.setSource(&image);
+    setWhite(image, {10, 3});
+    painted(item, {15, 100}); // 15 x 4: half a row is cut off
+    EXPECT_EQ(item.imageRation(), 1.5);
+    EXPECT_EQ(item.topLeftPoint(), QPointF(0, 48));
 }
 
 TEST(ImagePainterPaint, cornerMayLieBetweenPixels)

@@ -3,6 +3,7 @@
 #include "imaging/Painting.h"
 #include "support/Methods.h"
 #include "support/Properties.h"
+#include "support/Timers.h"
 #include "support/Wait.h"
 #include <QTimer>
 #include <thread>
@@ -204,9 +205,12 @@ TEST(ImagePainter, countsFramesOfItsSourceAlone)
         setWhite(image, {4, 4});
     setWhite(other, {4, 4});
     QSignalSpy fps(&item, &ImagePainter::fpsChanged);
+    std::vector<double> read;
+    QObject::connect(&item, &ImagePainter::fpsChanged, [&] { read.push_back(item.fps()); });
     timer->setInterval(0);
     EXPECT_TRUE(waitFor([&] { return fps.count() >= 3; }));
     EXPECT_EQ(fps[0][0].toDouble(), 5.0);
+    EXPECT_EQ(read[0], 5.0) << "a binding reads the new rate";
     EXPECT_EQ(fps[1][0].toDouble(), 0.0);
     EXPECT_EQ(fps[2][0].toDouble(), 0.0) << "told each time, also when it is the same";
     EXPECT_EQ(item.fps(), 0.0);
@@ -216,6 +220,7 @@ TEST(ImagePainter, countsFramesThatAreNotPainted)
 {
     ImagePainter item;
     item.updateAll();
+    item.setVisible(false);
     item.updateAll();
     QSignalSpy fps(&item, &ImagePainter::fpsChanged);
     item.findChild<QTimer *>()->setInterval(0);
@@ -235,6 +240,16 @@ TEST(ImagePainter, rateIsMeasuredOverASecond)
     EXPECT_EQ(item.fps(), 1.0);
 }
 
+TEST(ImagePainter, framesFromItsOwnThreadAreCountedAtOnce)
+{
+    ImagePainter item;
+    ImageData image;
+    item.setSource(&image);
+    setWhite(image, {4, 4});
+    ASSERT_EQ(fireTimers(item), 1);
+    EXPECT_EQ(item.fps(), 1.0);
+}
+
 TEST(ImagePainter, framesFromAnotherThreadAreCountedOnItsOwn)
 {
     ImagePainter item;
@@ -244,6 +259,8 @@ TEST(ImagePainter, framesFromAnotherThreadAreCountedOnItsOwn)
         for (int i = 0; i < 7; ++i)
             setWhite(image, {4, 4});
     }).join();
+    ASSERT_EQ(fireTimers(item), 1);
+    EXPECT_EQ(item.fps(), 0.0) << "they wait for the item's thread";
     QSignalSpy fps(&item, &ImagePainter::fpsChanged);
     // The queued frames come before the timer that is started after them.
     QCoreApplication::sendPostedEvents(&item);

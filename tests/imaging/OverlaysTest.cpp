@@ -251,6 +251,7 @@ TEST(Overlays, otherShapesLeaveNoMark)
     for (const int shape : {2, -1, 100}) {
         Canvas canvas({100, 100});
         QJsonObject object = boxObject(10, 10, 50, 50);
+        object["keypoints"] = skeleton({{0, {50, 50}}, {1, {20, 20}}})["keypoints"];
         object["shape"] = shape;
         drawObjects(canvas.painter, {object}, placeOf(100, 100), nullptr);
         EXPECT_EQ(canvas.count(QColor(Qt::gray).rgb()), 100 * 100) << shape;
@@ -298,6 +299,14 @@ TEST(Overlays, missingJointsDrawNeitherDotNorLimb)
     EXPECT_EQ(canvas.at(0, 0), QColor(Qt::gray).rgb()) << "nothing is drawn at (-1, -1)";
 }
 
+TEST(Overlays, jointWithOneCoordinateOfAMissingOneIsDrawn)
+{
+    Canvas canvas({100, 100});
+    drawObjects(canvas.painter, {skeleton({{3, {-1, 50}}, {9, {50, -1}}})}, placeOf(100, 100), nullptr);
+    EXPECT_EQ(canvas.at(0, 50), keypointColors[3].rgb());
+    EXPECT_EQ(canvas.at(50, 0), keypointColors[9].rgb());
+}
+
 TEST(Overlays, limbIsAnEllipseBetweenItsJointsInTheColourOfTheSecond)
 {
     Canvas canvas({100, 100});
@@ -307,6 +316,7 @@ TEST(Overlays, limbIsAnEllipseBetweenItsJointsInTheColourOfTheSecond)
     EXPECT_EQ(canvas.at(50, 54), black);
     EXPECT_EQ(canvas.at(50, 57), QColor(Qt::gray).rgb());
     EXPECT_EQ(canvas.at(30, 50), keypointColors[2].rgb());
+    EXPECT_EQ(canvas.at(22, 50), keypointColors[2].rgb()) << "over the dot of its first joint";
 }
 
 TEST(Overlays, limbTurnsWithItsJoints)
