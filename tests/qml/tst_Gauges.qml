@@ -100,6 +100,12 @@ Item {
             verify(Qt.colorEqual(item.color, "lightgray"))
         }
 
+        function test_eachBarHasItsOwnColour() {
+            var item = make(gauge, { minimumValue: -50, positiveColor: "#112233", negativeColor: "#445566" })
+            verify(Qt.colorEqual(find(item, "positiveBar").color, "#112233"))
+            verify(Qt.colorEqual(find(item, "negativeBar").color, "#445566"))
+        }
+
         function test_unknownAxisHasNoColour() {
             var item = make(gauge, { axis: 7 })
             verify(!item.positiveColor.valid)

@@ -178,6 +178,34 @@ Item {
             compare(stored(view, stereoStore, ["horizontalFlip", "verticalFlip", "showPoints"]), ["true", "true", "false"])
         }
 
+        function test_stereoButtonsShowWhatIsRestored() {
+            stereoStore.setValue("horizontalFlip", true)
+            stereoStore.setValue("verticalFlip", true)
+            stereoStore.setValue("showPoints", false)
+            var view = make(stereoView)
+            compare(["hFlipButton", "vFlipButton", "pointsButton"].map(function(name) {
+                return find(view, name).checked
+            }), [true, true, false])
+        }
+
+        function visibleBoxes(item) {
+            var found = 0
+            for (var i = 0; i < item.children.length; ++i) {
+                var child = item.children[i]
+                if (child.visible)
+                    found += (child instanceof ComboBox ? 1 : 0) + visibleBoxes(child)
+            }
+            return found
+        }
+
+        function test_pagesThatNothingOpensStayHidden_data() {
+            return [{ tag: "stereo", component: stereoView }, { tag: "rgb", component: rgbView }]
+        }
+
+        function test_pagesThatNothingOpensStayHidden(data) {
+            compare(visibleBoxes(make(data.component, { optionsVisible: true })), 0)
+        }
+
         function test_exposureIsKeptAndRestored() {
             var view = make(stereoView)
             compare([find(view, "gainSlider").from, find(view, "gainSlider").to, find(view, "gainSlider").stepSize,
@@ -268,6 +296,8 @@ Item {
             var second = make(rgbView, { rgbName: "[RGB2]" })
             compare([second.horizontalFlip, second.verticalFlip], [false, true])
             compare(find(second, "vFlipButton").checked, true)
+            rgbStore.setValue("horizontalFlip", true)
+            compare(find(make(rgbView), "hFlipButton").checked, true)
         }
 
         function test_eyetrackingOptionsAreKept() {

@@ -140,7 +140,9 @@ Item {
         function test_stereoShowsOneCamera() {
             var view = make(stereoView, { camera: camera })
             compare(sourceIndex(find(view, "painter")), 0)
-            compare(find(view, "caption").text, "Left")
+            var caption = find(view, "caption")
+            compare([caption.text, caption.x, caption.y + caption.height], ["Left", 5, view.height - 5])
+            verify(!find(view, "gridPainter0").visible)
             compare(find(view, "infoLabel").text, "[STEREO]  640x400@50fps")
             find(view, "imContainer").value = 1
             compare(sourceIndex(find(view, "painter")), 1)
@@ -188,6 +190,7 @@ Item {
                 verify(find(view, "painters").itemAt(i) === painter)
                 compare(painter.CNNRunning, true)
                 compare(find(view, "gridCaption" + i).text, "Cam" + i)
+                compare([painter.horizontalFlip, painter.verticalFlip], [false, false])
             }
         }
 
@@ -392,6 +395,8 @@ Item {
             var view = make(rgbView, { camera: camera, rgbImg: camera.rgb.image2, rgbName: "[RGB2]" })
             compare(find(view, "infoLabel").text, "[RGB2]  640x480@15fps")
             compare(view.rgbPainter.source, camera.rgb.image2)
+            camera.rgb = null
+            compare(view.rgbPainter.source, null)
         }
 
         function test_rgbObjectsNeedTheirSource() {
