@@ -84,6 +84,9 @@ TEST(Program, helpShowsAllButTheHiddenOption)
         QStringLiteral("-c Show console -d, --debug <debug> Debug level [debug=1, info=2, warn=3, "
                        "err=4, critical=5, off=6]")))
         << flat.toStdString();
+    const int help = flat.indexOf(QStringLiteral("--help")),
+              version = flat.indexOf(QStringLiteral("--version"));
+    EXPECT_TRUE(help > 0 && help < version && version < flat.indexOf(QStringLiteral("-c Show")));
     EXPECT_FALSE(flat.contains(QStringLiteral("advanced")));
     EXPECT_FALSE(flat.contains(QStringLiteral(" -a ")) || flat.contains(QStringLiteral(" -a,")));
     EXPECT_EQ(run.errors, QString());

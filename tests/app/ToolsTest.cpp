@@ -88,6 +88,8 @@ TEST(Tools, invertedNegatesTheAxis)
     // The inverse of a unit quaternion is its conjugate.
     const QQuaternion q(0.5F, 0.5F, -0.5F, 0.5F);
     EXPECT_TRUE(qFuzzyCompare(Tools().inverted(q), QQuaternion(0.5F, -0.5F, 0.5F, -0.5F)));
+    // Of any other one it is the conjugate over the square of the length.
+    EXPECT_TRUE(qFuzzyCompare(Tools().inverted(QQuaternion(0, 0, 0, 2)), QQuaternion(0, 0, 0, -0.5F)));
 }
 
 TEST(Tools, rotatedVectorTurnsAQuarterAboutZ)
@@ -151,6 +153,7 @@ TEST(Tools, fileExistsLooksAtThePathComponent)
     const QString path = touch(QDir(folder.path()), QStringLiteral("with blank %41"));
     Tools tools;
     EXPECT_TRUE(tools.fileExists(QUrl::fromLocalFile(path)));
+    EXPECT_TRUE(tools.fileExists(QUrl(folder.path()))) << "a plain path, as documents give it";
     EXPECT_FALSE(tools.fileExists(QUrl::fromLocalFile(path + QStringLiteral("x"))));
     EXPECT_FALSE(tools.fileExists(QUrl()));
 }

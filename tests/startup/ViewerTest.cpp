@@ -13,6 +13,7 @@
 #include <QFont>
 #include <QIcon>
 #include <QQmlApplicationEngine>
+#include <QQmlComponent>
 #include <QQmlContext>
 #include <QSurfaceFormat>
 #include <QTimer>
@@ -143,6 +144,18 @@ TEST_F(Viewer, documentSeesItsContext)
         seen = true;
     });
     EXPECT_TRUE(seen);
+}
+
+TEST_F(Viewer, documentsHaveTheTypes)
+{
+    run({}, [](QQmlApplicationEngine &engine, QApplication &) {
+        for (const char *type : {"ImagePainter", "ObjectsData", "Tof3dData", "StereoData", "PointCloud",
+                 "PointCloudGeometry", "PointCloudColor", "PointCloudColorGeometry"}) {
+            QQmlComponent component(&engine);
+            component.setData(QByteArray("import ") + type + " 1.0; " + type + " {}", QUrl());
+            EXPECT_TRUE(component.isReady()) << component.errorString().toStdString();
+        }
+    });
 }
 
 TEST_F(Viewer, contextHoldsTheThreeObjects)
@@ -286,10 +299,16 @@ TEST_F(Viewer, documentThatCanNotBeCreatedEndsWithMinusOne)
 
 TEST_F(Viewer, otherDocumentThatCanNotBeCreatedDoesNotEndIt)
 {
-    const Outcome outcome = run({}, [](QQmlApplicationEngine &engine, QApplication &) {
+    std::string name = "viewer";
+    std::string console = "-c";
+    char *arguments[] = {name.data(), console.data(), nullptr};
+    const LogCatcher log;
+    const int result = runViewer(2, arguments, [](QQmlApplicationEngine &engine, QApplication &app) {
         engine.load(QUrl(QStringLiteral("qrc:/missing.qml")));
+        // Long after the turn in which it would end, since the last code that is given in a turn counts.
+        QTimer::singleShot(50, &app, [] { QCoreApplication::exit(7); });
     });
-    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_EQ(result, 7);
 }
 
 TEST_F(Viewer, documentsGoBeforeDevicesAndDevicesBeforeTools)
