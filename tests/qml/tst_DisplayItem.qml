@@ -75,6 +75,8 @@ Item {
             mouseClick(item, 200, 200)
             compare(clicked.count, 1)
             compare(item.optionsVisible, true)
+            item.clicked()
+            compare(item.optionsVisible, false)
         }
 
         function test_clickOnAMinimizedViewDoesNothing() {
@@ -96,6 +98,8 @@ Item {
             compare(doubleClicked.count, 1)
             compare(item.maximized, true)
             compare(item.optionsVisible, false)
+            item.doubleClicked()
+            compare(item.maximized, false)
         }
 
         function test_buttonsTellWhatIsWanted_data() {
@@ -168,6 +172,16 @@ Item {
             mouseClick(button)
             compare(recorder.calls, [true, false])
             compare(button.path, "/captures/slam")
+        }
+
+        function test_pathButtonRecordsWithTheChosenDevice() {
+            recorder.calls = []
+            listener.list([window, recorder])
+            uuidSelector.currentIndex = 1
+            create({ showPathButton: true })
+            mouseClick(find(item, "pathBtn"))
+            uuidSelector.currentIndex = 0
+            compare(recorder.calls, [true])
         }
 
         function test_holdingThePathButtonOpensThePath() {
@@ -303,7 +317,7 @@ Item {
             verify(popup.visible && !popup.opened && popup.opacity < 1)
             tryVerify(function() { return popup.opened && popup.opacity === 1 })
             popup.close()
-            verify(popup.visible && !popup.opened)
+            verify(popup.visible && !popup.opened && popup.opacity > 0)
             tryCompare(popup, "visible", false)
             // Where it begins, where it is whole, and where it ends.
             verify(seen.indexOf(0) >= 0 && seen.indexOf(1) > seen.indexOf(0) && seen.lastIndexOf(0) > seen.indexOf(1), seen)

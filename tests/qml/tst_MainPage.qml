@@ -84,6 +84,13 @@ Item {
             compare([page.fullscreen, page.isHeaderHovered, page.path], [false, false, ""])
         }
 
+        function test_devicesThatAreThereAtTheStartHaveTheirPages() {
+            listed(["A", "B"])
+            var later = make(Qt.createComponent("qrc:/main.qml"))
+            compare(find(later, "cameraViews").count, 2)
+            compare(find(later, "uuidSelector").count, 2)
+        }
+
         function test_savedLanguageIsLoadedAtTheStart() {
             compare(TranslateController.loaded[TranslateController.loaded.length - 1], 0)
             store.setValue("currentLanguageIndex", 2)
@@ -216,6 +223,7 @@ Item {
 
         function test_selectorSizes() {
             compare(selector.implicitHeight, 40)
+            compare([selector.indicator.width, selector.indicator.height], [0, 0])
             compare(selector.implicitWidth, 102.4)
             compare(find(page, "menuButton").height, 40)
         }
@@ -347,6 +355,18 @@ Item {
             mouseClick(veil, 5, 700)
             compare(dialogs.map(function(dialog) { return dialog.visible }), [false, false, false])
             tryCompare(veil, "visible", false)
+        }
+
+        function test_eachDialogDarkensThePage_data() {
+            return [{ tag: "versionDialog" }, { tag: "infoDialog" }, { tag: "calibrationDialog" }]
+        }
+
+        function test_eachDialogDarkensThePage(data) {
+            listed(["A"])
+            find(page, data.tag).open()
+            tryCompare(find(page, "veil"), "opacity", 0.65)
+            find(page, data.tag).close()
+            tryCompare(find(page, "veil"), "visible", false)
         }
 
         function test_clickOnADialogKeepsIt() {

@@ -97,7 +97,7 @@ Item {
             load()
             hurryThroughTheFilm()
             expectWarning(/NoSuchType is not a type/)
-            compare([film().visible, film().paused], [false, true])
+            compare([film().visible, film().paused, film().currentFrame], [false, true, 149])
             compare(find(start, "loader").children.length, 1)
             compare(start.contentItem.children.length, 1)
             compare(start.visible, true)
