@@ -291,7 +291,8 @@ Item {
         padding: 0
         modal: false
         focus: true
-        visible: true
+        // With the page, which has the window to itself or shares it with those of other devices.
+        visible: !view.SwipeView.view || view.SwipeView.isCurrentItem
         closePolicy: menuAutoCloseCheckbox.checked ? Popup.CloseOnEscape | Popup.CloseOnReleaseOutside
                                                    : Popup.NoAutoClose
         font.pointSize: 10

@@ -1,4 +1,5 @@
 import QtQuick 2.13
+import QtQuick.Controls 2.13
 import QtTest 1.13
 
 // Two devices of one kind, each with its page: the stored presets belong to both, a box lists those of its page's start.
@@ -8,6 +9,15 @@ Item {
 
     PanelFixture {
         id: fixture
+    }
+
+    Component {
+        id: swipeView
+
+        SwipeView {
+            width: 1024
+            height: 768
+        }
     }
 
     Component {
@@ -63,6 +73,26 @@ Item {
         function save(panel, name) {
             on(panel, "allSettingsCombobox").contTxt.text = name
             on(panel, "savePresetButton").clicked()
+        }
+
+        function test_thePanelOnShowIsThatOfThePageOnShow() {
+            open()
+            openOther()
+            const pages = createTemporaryObject(swipeView, fixture)
+            pages.addItem(page)
+            pages.addItem(other)
+            tryCompare(page.cameraDrawer, "opened", true)
+            tryCompare(other.cameraDrawer, "visible", false)
+            pages.currentIndex = 1
+            tryCompare(other.cameraDrawer, "opened", true)
+            tryCompare(page.cameraDrawer, "visible", false)
+            // A closed one comes back with its page.
+            other.cameraDrawer.close()
+            tryCompare(other.cameraDrawer, "visible", false)
+            pages.currentIndex = 0
+            tryCompare(page.cameraDrawer, "opened", true)
+            pages.currentIndex = 1
+            tryCompare(other.cameraDrawer, "opened", true)
         }
 
         function test_aPresetShowsOnTheOtherPageAfterItsNextStart() {

@@ -341,6 +341,25 @@ Item {
             compare(dialog.infos.uuid, "A")
         }
 
+        function test_dialogsStandAboveThePanel_data() {
+            return [{ tag: "versionDialog" }, { tag: "infoDialog" }, { tag: "calibrationDialog" }]
+        }
+
+        function test_dialogsStandAboveThePanel(data) {
+            listed(["A"])
+            var drawer = views.currentItem.cameraDrawer
+            drawer.width = 1024
+            drawer.height = 800
+            drawer.open()
+            tryVerify(function() { return drawer.opened })
+            var dialog = find(page, data.tag)
+            dialog.open()
+            waitForRendering(dialog)
+            mouseClick(find(dialog, "clearButton"))
+            verify(!dialog.visible)
+            compare([dialog.x + dialog.width / 2, dialog.y + dialog.height / 2].map(Math.round), [512, 400])
+        }
+
         function test_veilClosesTheDialogs() {
             listed(["A"])
             var veil = find(page, "veil")
