@@ -10,7 +10,7 @@ Label {
     readonly property int fullSize: 14
     readonly property real availableWidth: room > 0 ? room - leftPadding - rightPadding : Infinity
 
-    width: room > 0 ? room : implicitWidth
+    width: room > 0 ? room : undefined
     padding: 4
     leftPadding: 8
     rightPadding: 8
