@@ -286,6 +286,9 @@ Item {
         id: drawer
         objectName: "drawer"
 
+        // Below all else that opens over the page.
+        z: -1
+
         width: Math.max(0.19 * parent.width, 340)
         height: parent.height
         padding: 0

@@ -346,13 +346,12 @@ Rectangle {
         }
     }
 
-    // Above the panel, which stands in the overlay.
+    // In the overlay like the panel, so that they stand above it.
     VersionDialog {
         id: versionDialog
         objectName: "versionDialog"
         parent: Overlay.overlay
         anchors.centerIn: parent
-        z: 1
 
         function showVersion(v) {
             sdkversion = v
@@ -365,7 +364,6 @@ Rectangle {
         objectName: "infoDialog"
         parent: Overlay.overlay
         anchors.centerIn: parent
-        z: 1
         width: Math.min(implicitWidth, window.width - 40)
         height: Math.min(implicitHeight, window.height - 40)
     }
@@ -375,7 +373,6 @@ Rectangle {
         objectName: "calibrationDialog"
         parent: Overlay.overlay
         anchors.centerIn: parent
-        z: 1
         width: Math.min(implicitWidth, window.width - 40)
         height: Math.min(implicitHeight, window.height - 40)
     }

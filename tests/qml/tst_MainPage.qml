@@ -360,6 +360,18 @@ Item {
             compare([dialog.x + dialog.width / 2, dialog.y + dialog.height / 2].map(Math.round), [512, 400])
         }
 
+        function test_aDialogsListOpensAboveIt() {
+            listed(["A"])
+            var dialog = find(page, "calibrationDialog")
+            dialog.open()
+            waitForRendering(dialog)
+            var box = find(dialog, "calib")
+            mouseClick(box)
+            tryVerify(function() { return box.popup.opened })
+            mouseClick(box.popup.contentItem, 20, box.popup.contentItem.height - 10)
+            tryCompare(box, "currentText", "tof")
+        }
+
         function test_veilClosesTheDialogs() {
             listed(["A"])
             var veil = find(page, "veil")

@@ -15,5 +15,6 @@ Item {
         width: 50
         height: 50
         closePolicy: Popup.NoAutoClose
+        z: -1
     }
 }
