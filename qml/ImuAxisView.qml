@@ -47,7 +47,7 @@ Item {
             tickmarkStepSize: control.span / 8
             // Every number has its line; a low scale leaves numbers out.
             readonly property int numbering: [1, 2, 4, 8].find(
-                every => every === 8 || height * every / 8 >= font.pixelSize)
+                every => every === 8 || height * every * tickmarkStepSize >= font.pixelSize * control.span)
 
             formatValue: function(value) {
                 const tickmark = Math.round((value - minimumValue) / tickmarkStepSize)

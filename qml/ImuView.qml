@@ -27,7 +27,7 @@ DisplayItem {
         y: Math.max(control.headHeight, (parent.height - height) / 2)
         width: Math.min(parent.width - 10, 500)
         // A low view spends the room that the middle would leave below.
-        height: Math.min(Math.max(parent.height - 2 * control.headHeight, Math.min(parent.height - control.headHeight - 5, 200)), 400)
+        height: Math.min(Math.max(parent.height - 2 * control.headHeight, Math.min(parent.height - control.headHeight - 5, 120)), 400)
         spacing: 5
 
         ImuAxisView {
