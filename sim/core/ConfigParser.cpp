@@ -213,8 +213,15 @@ std::string serial(int number)
 std::string recordingName(const std::string &folder)
 {
     std::error_code error;
-    const auto path = std::filesystem::absolute(folder, error).lexically_normal();
-    std::string name = (path.has_filename() ? path : path.parent_path()).filename().string();
+    auto path = std::filesystem::absolute(folder, error).lexically_normal();
+    if (!path.has_filename())
+        path = path.parent_path();
+    // What every recording of its layout is called tells nothing.
+    if (path.extension() == ".txt" || path.extension() == ".csv")
+        path.replace_extension();
+    if (path.filename() == "mav0" || path.filename() == "groundtruth" || path.filename() == "data")
+        path = path.parent_path();
+    std::string name = path.filename().string();
     for (char &letter : name) {
         const auto code = static_cast<unsigned char>(letter);
         if (code < 0x80 && std::isalnum(code) == 0 && std::strchr("-_.", letter) == nullptr)

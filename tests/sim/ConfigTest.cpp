@@ -4,7 +4,6 @@
 #include "sim/Stderr.h"
 #include "support/Wait.h"
 
-#include <filesystem>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -132,13 +131,18 @@ TEST(ConfigParser, shortFormListsProfilesAndFolders)
 
 TEST(ConfigParser, recordingsAreNamedAfterTheirFolders)
 {
-    const auto devices = parseShortForm("", "/data/V1_01_easy:/other/V1_01_easy/:fr1 desk:.:/");
-    ASSERT_EQ(devices.size(), 5U);
+    const auto devices = parseShortForm("",
+        "/data/V1_01_easy:/other/V1_01_easy/:fr1 "
+        "desk:/data/V2_01/.:/:/data/V2_02/mav0/:/a/fr1_gt.txt:/fr3/groundtruth.txt");
+    ASSERT_EQ(devices.size(), 8U);
     EXPECT_EQ(devices[0].uuid, "QVREC-V1_01_easy");
     EXPECT_EQ(devices[1].uuid, "QVREC-V1_01_easy-2");
     EXPECT_EQ(devices[2].uuid, "QVREC-fr1_desk");
-    EXPECT_EQ(devices[3].uuid, "QVREC-" + std::filesystem::current_path().filename().string());
+    EXPECT_EQ(devices[3].uuid, "QVREC-V2_01");
     EXPECT_EQ(devices[4].uuid, "QVREC-24A0005");
+    EXPECT_EQ(devices[5].uuid, "QVREC-V2_02");
+    EXPECT_EQ(devices[6].uuid, "QVREC-fr1_gt");
+    EXPECT_EQ(devices[7].uuid, "QVREC-fr3");
 }
 
 TEST(ConfigParser, aNameThatIsTakenIsNotGivenAgain)
