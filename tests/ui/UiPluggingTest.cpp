@@ -125,7 +125,7 @@ TEST(Plugging, nothingUnexpectedIsInTheLog)
     EXPECT_THAT(unexpectedWarnings(), ::testing::IsEmpty());
 }
 
-TEST(Plugging, ctrlQEndsTheProgramAlsoWithSeveralDrawersOpen)
+TEST(Plugging, ctrlQEndsTheProgramAlsoWithSeveralDevices)
 {
     plug(R"({"profile": "headset", "uuid": "A"}, {"profile": "imu-only", "uuid": "B"})");
     ASSERT_TRUE(pageAppears(1));
