@@ -78,6 +78,7 @@ Item {
                 "irView", "sgbmView", "tof3DView", "eyetrackingView", "slamView"])
             compare(placed(), 0)
             compare(content.gridView.columns, 1)
+            compare(content.gridView.interactive, false)
             for (let i = 0; i < content.unusedModel.count; ++i) {
                 compare(content.unusedModel.get(i).width, 0)
                 compare(content.unusedModel.get(i).modelIndex, -1)
@@ -201,6 +202,25 @@ Item {
             verify(content.sideView.mapToItem(content, content.sideView.width, 0).x <= content.width + 0.01)
         }
 
+        function test_onlyTheStripOfTheBigLayoutHasAModel() {
+            open()
+            compare([content.sideView.model, content.sideView.enabled], [null, false])
+            compare(content.gridView.model, content.sideModel)
+            content.mode = 1
+            compare([content.sideView.model, content.sideView.enabled], [content.sideModel, true])
+            compare(content.gridView.model, null)
+        }
+
+        function test_theFirstStreamsOfTheBigLayout() {
+            open()
+            content.mode = 1
+            switchOn("imuButton", "slamButton")
+            tryVerify(function() { return placed() === 2 })
+            compare(names(content.uniqueModel), ["slamView"])
+            compare(names(content.sideModel), ["imuView"])
+            compare([viewNamed("slamView").minimized, viewNamed("imuView").minimized], [false, true])
+        }
+
         function test_theFirstViewTakesTheBigPlaceWithoutSlam() {
             open()
             turnOn(3)
@@ -233,6 +253,7 @@ Item {
             compare(viewNamed("imuView").minimized, true)
             compare(viewNamed("rgbView").width, content.uniqueView.width)
             compare(content.uniqueView.cellWidth, content.uniqueView.width)
+            compare(content.uniqueView.cellHeight, content.uniqueView.height)
 
             waitForRendering(content, 200)
             press("rgbView", "maxBtn")
@@ -256,9 +277,15 @@ Item {
             switchOn("stereoButton", "rgbButton", "slamButton")
             tryVerify(function() { return placed() === 3 })
             bigLayout()
+            const cells = []
+            content.uniqueModel.countChanged.connect(function() {
+                cells.push([content.uniqueView.cellWidth, content.uniqueView.cellHeight])
+            })
             press("rgbView", "maxBtn")
             compare(content.mode, 1)
             tryVerify(function() { return names(content.uniqueModel)[0] === "rgbView" })
+            // No two cells of full size, not even while both views are there.
+            compare(cells, [[1, 1], [1, 1]])
             compare(names(content.sideModel), ["stereoView", "slamView"])
             compare([viewNamed("rgbView").minimized, viewNamed("slamView").minimized], [false, true])
             compare([viewNamed("rgbView").modelIndex, viewNamed("slamView").modelIndex], [-1, 1])
@@ -377,6 +404,7 @@ Item {
             const area = createTemporaryObject(bareArea, root)
             compare(area.mode, -1)
             compare([area.gridView.visible, area.sideView.visible], [false, false])
+            compare(area.sideView.enabled, false)
             compare([area.landscape, area.unusedModel.count], [true, 0])
         }
 
@@ -500,6 +528,20 @@ Item {
                 compare(viewNamed(name).showSaveImageButton,
                         ["stereoView", "rgbView", "tofView", "irView", "sgbmView"].indexOf(name) >= 0, name)
             })
+        }
+
+        function test_aViewThatHasLeftTheStripIsNotMaximized() {
+            open()
+            turnOn(3)
+            bigLayout()
+            const stereo = viewNamed("stereoView")
+            control("stereoButton").checked = false
+            tryVerify(function() { return placed() === 2 })
+            // Its index is now that of another view.
+            compare(stereo.modelIndex, 0)
+            content.maximize(stereo)
+            compare(names(content.uniqueModel), ["imuView"])
+            compare(names(content.sideModel), ["rgbView"])
         }
 
         function test_maximizingMayBeLate() {

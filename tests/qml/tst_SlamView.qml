@@ -639,8 +639,15 @@ Item {
             tryCompare(popup, "visible", false, 5000)
             device.finishSave(0, 1)
             item("bothSourceButton").checked = true
+            const load = note("loadPopup")
             popup.open()
-            compare([popup.x, popup.y, popup.width, popup.height], [0, 0, 0, 0])
+            load.open();
+            [popup, load].forEach(function(shown) {
+                compare([shown.x, shown.y, shown.width, shown.height], [0, 0, 0, 0], shown.objectName)
+            })
+            item("edgeSourceButton").checked = true
+            compare(popup.height, words.contentHeight)
+            compare(popup.y, item("edgeSourceRow").y - popup.height)
         }
 
         function test_theRowsFollowTheSourceButtons() {
