@@ -149,6 +149,24 @@ Item {
             compare(device.callsTo("stereo.setViewSize").slice(-1), ["stereo.setViewSize(0,0)"])
         }
 
+        function toldTheSizeOf(cell, models) {
+            models.forEach(function(model) {
+                compare(device.callsTo(model + ".setViewSize").slice(-1),
+                        [model + ".setViewSize(" + cell.width + "," + cell.height + ")"])
+            })
+        }
+
+        function resizedOneWayAtATime(cell, models) {
+            const width = cell.width, height = cell.height
+            page.width -= 100
+            tryVerify(function() { return cell.width !== width })
+            compare(cell.height, height)
+            toldTheSizeOf(cell, models)
+            page.height -= 60
+            tryVerify(function() { return cell.height !== height })
+            toldTheSizeOf(cell, models)
+        }
+
         function test_sizesOfAbsentModelsAreNotSent() {
             openWithout(["stereo", "rgb", "tof", "sgbm", "rgbd"])
             switchOn("stereoButton", "rgbButton", "rgb2Button", "rgbdButton", "tofButton", "irButton", "sgbmButton")
@@ -163,6 +181,7 @@ Item {
             tryVerify(function() { return placed() === 1 })
             compare(device.callsTo("rgbd.setViewSize").slice(-1),
                     ["rgbd.setViewSize(" + content.width + "," + content.height + ")"])
+            resizedOneWayAtATime(viewNamed("rgbdView"), ["rgbd"])
         }
 
         function test_sizesGoToTheModels() {
@@ -176,11 +195,9 @@ Item {
                     strangers.push(call)
             }
             turnOn(8)
-            const cell = content.sideModel.get(0);
-            ["stereo", "rgb", "tof", "tofIr", "sgbm"].forEach(function(model) {
-                const calls = device.callsTo(model + ".setViewSize")
-                compare(calls[calls.length - 1], model + ".setViewSize(" + cell.width + "," + cell.height + ")")
-            })
+            const cell = content.sideModel.get(0)
+            toldTheSizeOf(cell, ["stereo", "rgb", "tof", "tofIr", "sgbm"])
+            resizedOneWayAtATime(cell, ["stereo", "rgb", "tof", "tofIr", "sgbm"])
             verify(device.callsTo("rgb.setView2Size").length > 0)
             compare(strangers, [])
         }

@@ -129,6 +129,9 @@ Item {
             view.width = 1000
             view.height = 700
             verify(shownPlace("slamInfoCol") && shownPlace("col") && shownPlace("slamSourceRow"))
+            // Just high enough for the readings; the buttons stand beside them.
+            view.height = item("valueControl").y + item("valueControl").height
+            verify(shownPlace("slamInfoCol") && shownPlace("col") && shownPlace("slamSourceRow"))
             view.width = 330
             view.height = 250
             verify(!shownPlace("slamInfoCol") && shownPlace("col") && shownPlace("slamSourceRow"))
