@@ -58,7 +58,8 @@ Item {
 
             click("autoExposure")
             control("gainSlider").value = 2
-            compare(device.stereo.gain, 16)
+            control("brightnessSlider").value = 3
+            compare([device.stereo.gain, device.stereo.brightness], [16, 65])
         }
 
         function test_uvcModeIndexAndValueDiffer() {
