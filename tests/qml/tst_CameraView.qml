@@ -120,6 +120,16 @@ Item {
             compare(quits.count, before + 1)
         }
 
+        function test_ctrlQIsTheWindowsWhileTheDrawerStaysOpen() {
+            open()
+            const outer = createTemporaryQmlObject("import QtQuick 2.13; Shortcut { property int used: 0; "
+                                                   + "sequence: 'Ctrl+Q'; onActivated: ++used }", page)
+            control("menuAutoCloseCheckbox").checked = false
+            const before = quits.count
+            keyClick(Qt.Key_Q, Qt.ControlModifier)
+            compare([outer.used, quits.count], [1, before])
+        }
+
         function test_runningStreamsAreCounted() {
             open()
             const counter = findChild(page, "p")
