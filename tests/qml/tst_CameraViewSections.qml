@@ -294,11 +294,12 @@ Item {
             const descriptor = control("cnnModelDescriptor")
             descriptor.model = "file:///m/a.json"
             descriptor.picked()
+            control("cnnModel").model = "file:///m/a.bin"
+            control("cnnModel").picked()
             compare(device.calls, [])
             control("enableCNNCheckbox").checked = true
             device.forget()
             descriptor.picked()
-            control("cnnModel").model = "file:///m/a.bin"
             control("cnnModel").picked()
             compare(device.calls, ["objects.setModelDescriptor(/m/a.json)", "objects.setModel(/m/a.bin)"])
         }
