@@ -343,6 +343,11 @@ Item {
             compare(controls().length, 1)
         }
 
+        function test_aDepthModelThatIsSettlingAtTheStartRefusesClicks() {
+            open(function(fake) { fake.tof.state.settled = false })
+            compare(control("tofButton").checkable, false)
+        }
+
         function test_fullStereoResolutionForbidsSlam() {
             open()
             control("slamButton").checked = true
