@@ -38,6 +38,7 @@ Item {
         function test_aDeviceWithoutModelsOffersNoStream() {
             open(function(fake) { fake.dropModels() })
             switches.concat(["tof3DButton"]).forEach(function(name) { compare(control(name).enabled, false, name) })
+            compare(control("enableCNNCheckbox").enabled, false)
         }
 
         function test_modelsMayVanish() {
@@ -341,6 +342,13 @@ Item {
             click(row.button)
             compare(button.checked, true)
             compare(controls().length, 1)
+        }
+
+        function test_aSecondClickStopsTheImu() {
+            open()
+            click("imuButton")
+            click("imuButton")
+            compare(controls(), ["imu.control(true)", "imu.control(false)"])
         }
 
         function test_aDepthModelThatIsSettlingAtTheStartRefusesClicks() {
