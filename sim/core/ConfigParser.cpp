@@ -217,9 +217,10 @@ std::string recordingName(const std::string &folder)
     if (!path.has_filename())
         path = path.parent_path();
     // What every recording of its layout is called tells nothing.
-    if (path.extension() == ".txt" || path.extension() == ".csv")
+    const bool isFile = path.extension() == ".txt" || path.extension() == ".csv";
+    if (isFile)
         path.replace_extension();
-    if (path.filename() == "mav0" || path.filename() == "groundtruth" || path.filename() == "data")
+    if (path.filename() == "mav0" || (isFile && path.filename() == "groundtruth"))
         path = path.parent_path();
     std::string name = path.filename().string();
     for (char &letter : name) {

@@ -133,8 +133,8 @@ TEST(ConfigParser, recordingsAreNamedAfterTheirFolders)
 {
     const auto devices = parseShortForm("",
         "/data/V1_01_easy:/other/V1_01_easy/:fr1 "
-        "desk:/data/V2_01/.:/:/data/V2_02/mav0/:/a/fr1_gt.txt:/fr3/groundtruth.txt");
-    ASSERT_EQ(devices.size(), 8U);
+        "desk:/data/V2_01/.:/:/data/V2_02/mav0/:/a/fr1_gt.txt:/fr3/groundtruth.txt:/data:/c/groundtruth");
+    ASSERT_EQ(devices.size(), 10U);
     EXPECT_EQ(devices[0].uuid, "QVREC-V1_01_easy");
     EXPECT_EQ(devices[1].uuid, "QVREC-V1_01_easy-2");
     EXPECT_EQ(devices[2].uuid, "QVREC-fr1_desk");
@@ -143,6 +143,8 @@ TEST(ConfigParser, recordingsAreNamedAfterTheirFolders)
     EXPECT_EQ(devices[5].uuid, "QVREC-V2_02");
     EXPECT_EQ(devices[6].uuid, "QVREC-fr1_gt");
     EXPECT_EQ(devices[7].uuid, "QVREC-fr3");
+    EXPECT_EQ(devices[8].uuid, "QVREC-data");
+    EXPECT_EQ(devices[9].uuid, "QVREC-groundtruth");
 }
 
 TEST(ConfigParser, aNameThatIsTakenIsNotGivenAgain)
