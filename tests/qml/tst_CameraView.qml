@@ -97,6 +97,8 @@ Item {
             open()
             compare([page.cameraDrawer.visible, page.cameraDrawer.modal], [true, false])
             verify(Qt.colorEqual(page.cameraDrawer.background.color, "#242C33"))
+            // Dialogs, their lists and all tips open at 0, above it.
+            verify(page.cameraDrawer.z < 0)
             compare(control("uuidLabel").text, "DEVICE-0001")
             compare(control("buttonColumn").topPadding, 15)
             compare([page.rcScale, page.topMargin, page.camera], [0.9, 0, device])

@@ -363,6 +363,7 @@ Item {
         function test_aDialogsListOpensAboveIt() {
             listed(["A"])
             var dialog = find(page, "calibrationDialog")
+            dialog.height = 400
             dialog.open()
             waitForRendering(dialog)
             var box = find(dialog, "calib")
