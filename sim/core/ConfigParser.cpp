@@ -231,6 +231,14 @@ std::string recordingName(const std::string &folder)
     return name;
 }
 
+/// What a device without an id may be called, by the attempts that it took to find a free name.
+std::string candidate(const std::string &prefix, const std::string &recording, int number, int attempt)
+{
+    if (recording.empty())
+        return prefix + serial(number + attempt - 1);
+    return attempt == 1 ? prefix + recording : prefix + recording + '-' + std::to_string(attempt);
+}
+
 } // namespace
 
 std::optional<Profile> profileByName(const std::string &name)
@@ -267,10 +275,10 @@ void nameDevices(std::vector<DeviceConfig> &devices)
         const std::string prefix = prefixes.at(device.profile) + '-';
         const std::string recording =
             device.profile == Profile::Replay ? recordingName(device.folder) : std::string();
-        device.uuid = prefix + (recording.empty() ? serial(number) : recording);
-        for (int next = 2; !taken.insert(device.uuid).second; ++next)
-            device.uuid = prefix
-                + (recording.empty() ? serial(number + next - 1) : recording + '-' + std::to_string(next));
+        int attempt = 0;
+        do
+            device.uuid = candidate(prefix, recording, number, ++attempt);
+        while (!taken.insert(device.uuid).second);
     }
 }
 
