@@ -1,3 +1,4 @@
+import QtQml.Models 2.13
 import Qt3D.Core 2.13
 import Qt3D.Render 2.13
 import Qt3D.Extras 2.13
@@ -25,6 +26,14 @@ Entity {
     property bool freeView: false
     // Objects with "name", "color" and "points".
     property var planes
+
+    onPlanesChanged: {
+        const count = planes ? planes.length : 0
+        while (planePlaces.count < count)
+            planePlaces.append({ place: planePlaces.count })
+        if (planePlaces.count > count)
+            planePlaces.remove(count, planePlaces.count - count)
+    }
     // Objects with "translation" as [x, y, z] and "rotation" as [x, y, z, w].
     property var poses
     property PointCloud pointCloud
@@ -261,13 +270,18 @@ Entity {
 
     NodeInstantiator {
         objectName: "planeEntities"
-        model: sceneRoot.planes
+        // Planes that change keep their entities: new ones show a picture or two late.
+        model: ListModel {
+            id: planePlaces
+        }
         asynchronous: false
 
         PlaneEntity {
-            name: modelData.name
-            color: modelData.color
-            points: modelData.points
+            readonly property var plane: sceneRoot.planes && index < sceneRoot.planes.length ? sceneRoot.planes[index] : null
+
+            name: plane ? plane.name : ""
+            color: plane ? plane.color : "orange"
+            points: plane ? plane.points : []
         }
     }
 

@@ -161,6 +161,21 @@ Item {
             scene.destroy()
         }
 
+        function test_planesThatChangeKeepTheirEntities() {
+            const scene = create(sceneComponent)
+            device.deliverPlanes("tof", [{ id: "0", points: [] }, { id: "1", points: [[1, 2, 3]] }])
+            scene.planes = device.planes.tofPlanes
+            const before = device.nodesOf(scene, "PlaneEntity")
+            device.deliverPlanes("tof", [{ id: "1", points: [[1, 2, 3], [4, 5, 6]] }, { id: "2", points: [] },
+                                         { id: "3", points: [] }])
+            scene.planes = device.planes.tofPlanes
+            const after = device.nodesOf(scene, "PlaneEntity")
+            compare(after.map(function(plane) { return plane.name }), ["1", "2", "3"])
+            compare(after.map(function(plane) { return plane.points.length }), [2, 0, 0])
+            verify(after[0] === before[0] && after[1] === before[1])
+            scene.destroy()
+        }
+
         function test_keyframesBecomeSmallCameras() {
             const scene = create(sceneComponent, { poses: [{ translation: [1, 2, 3], rotation: [0.1, 0.5, 0.7, 0.5] }] })
             const keyframes = device.nodesOf(scene, "CameraEntity").filter(function(camera) { return camera.scale < 1 })
