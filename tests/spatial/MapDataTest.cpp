@@ -178,29 +178,19 @@ TEST(MapData, valuesBeyondAFloatBecomeInfinite)
     EXPECT_TRUE(std::isnan(values[2]));
 }
 
-TEST(MapData, latestMapIsKeptAliveUntilTheNext)
+TEST(MapData, latestMapIsKeptAliveUntilTheNextOrNone)
 {
     auto slam = std::make_shared<FakeSlam>();
     const MapData data(slam, nullptr);
-    auto first = map({{1, 2, 3}});
-    const std::weak_ptr<const qv::SlamMap> watch = first;
-    slam->maps.deliver(first);
-    first.reset();
-    EXPECT_FALSE(watch.expired());
-    slam->maps.deliver(map({}));
-    EXPECT_TRUE(watch.expired());
-}
-
-TEST(MapData, nullMapLetsGoOfTheLatest)
-{
-    auto slam = std::make_shared<FakeSlam>();
-    const MapData data(slam, nullptr);
-    auto first = map({{1, 2, 3}});
-    const std::weak_ptr<const qv::SlamMap> watch = first;
-    slam->maps.deliver(first);
-    first.reset();
-    slam->maps.deliver(nullptr);
-    EXPECT_TRUE(watch.expired());
+    for (const auto &next : {map({}), decltype(map({}))()}) {
+        auto first = map({{1, 2, 3}});
+        const std::weak_ptr<const qv::SlamMap> watch = first;
+        slam->maps.deliver(first);
+        first.reset();
+        EXPECT_FALSE(watch.expired());
+        slam->maps.deliver(next);
+        EXPECT_TRUE(watch.expired());
+    }
 }
 
 TEST(MapData, posesStayEmptyAndKeyframesZero)
