@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 #include <QEvent>
 #include <QQuickWindow>
+#include <utility>
 
 namespace {
 
@@ -36,9 +37,14 @@ FramePacer::FramePacer(QQuickWindow *window)
 
 bool FramePacer::eventFilter(QObject *watched, QEvent *event)
 {
-    const Picture picture = m_picture.load(relaxed);
-    if (event->type() != QEvent::UpdateRequest || picture == Picture::None)
+    if (event->type() != QEvent::UpdateRequest)
         return QObject::eventFilter(watched, event);
+    const Picture picture = m_picture.load(relaxed);
+    if (picture == Picture::None) {
+        // The next picture has what any before it asked for.
+        forgetHeldBack();
+        return false;
+    }
     if (!m_heldBack)
         m_heldDuring = m_number.load(relaxed);
     m_heldBack = true;
@@ -70,12 +76,16 @@ void FramePacer::finish(unsigned number, Picture picture)
         m_limit.start();
 }
 
-void FramePacer::deliver()
+bool FramePacer::forgetHeldBack()
 {
     m_limit.stop();
-    if (!m_heldBack)
+    return std::exchange(m_heldBack, false);
+}
+
+void FramePacer::deliver()
+{
+    if (!forgetHeldBack())
         return;
-    m_heldBack = false;
     m_picture.store(Picture::None, relaxed);
     QEvent request(QEvent::UpdateRequest);
     QCoreApplication::sendEvent(m_window, &request);

@@ -29,6 +29,9 @@ private:
     void finish(unsigned number, Picture picture);
     void deliver();
 
+    /// Whether a request was held back.
+    bool forgetHeldBack();
+
     QQuickWindow *const m_window;
     std::atomic<Picture> m_picture{Picture::None};
     std::atomic<unsigned> m_number{0}; ///< of the last picture that began

@@ -101,6 +101,21 @@ TEST_F(FramePacerTest, endOfAnEarlierPictureDoesNotLetARequestIntoTheNext)
     EXPECT_EQ(window.requests, 1);
 }
 
+TEST_F(FramePacerTest, requestThatCameThroughLeavesNoneForTheNextPicture)
+{
+    drawn({&QQuickWindow::afterSynchronizing, &QQuickWindow::beforeRendering});
+    window.request();
+    // The interface is busy meanwhile: it learns of this end only after the next picture has begun.
+    drawn({&QQuickWindow::afterRendering, &QQuickWindow::frameSwapped});
+    window.request();
+    EXPECT_EQ(window.requests, 1);
+    drawn({&QQuickWindow::afterSynchronizing, &QQuickWindow::beforeRendering});
+    EXPECT_FALSE(waitFor([&] { return window.requests > 1; }, 300)) << "it would wait for the whole picture";
+    drawn({&QQuickWindow::afterRendering, &QQuickWindow::frameSwapped});
+    passEvents();
+    EXPECT_EQ(window.requests, 1);
+}
+
 TEST_F(FramePacerTest, picturesOfAnAnimationOfTheDrawingThreadLetARequestIn)
 {
     drawn({&QQuickWindow::beforeRendering});
