@@ -14,7 +14,10 @@ Entity {
     property real thickness: 2
     property Transform transform: Transform {}
 
+    // Qt 3D looks anew at where something is when its attributes change, not when its buffer does: without the first
+    // count, as many points as before would be left out of pictures that the former ones weren't in.
     onPointsChanged: {
+        buf.count = 0
         const vertices = new Float32Array(3 * points.length)
         for (let i = 0; i < points.length; ++i)
             vertices.set(points[i], 3 * i)

@@ -26,14 +26,6 @@ Entity {
     property bool freeView: false
     // Objects with "name", "color" and "points".
     property var planes
-
-    onPlanesChanged: {
-        const count = planes ? planes.length : 0
-        while (planePlaces.count < count)
-            planePlaces.append({ place: planePlaces.count })
-        if (planePlaces.count > count)
-            planePlaces.remove(count, planePlaces.count - count)
-    }
     // Objects with "translation" as [x, y, z] and "rotation" as [x, y, z, w].
     property var poses
     property PointCloud pointCloud
@@ -65,6 +57,14 @@ Entity {
     // One metre behind the device, along its own axis.
     function behindDevice() {
         return tools.mapVector(matrix, Qt.vector3d(0, 0, -1))
+    }
+
+    onPlanesChanged: {
+        const count = planes && planes.length || 0
+        while (planePlaces.count < count)
+            planePlaces.append({ place: planePlaces.count })
+        if (planePlaces.count > count)
+            planePlaces.remove(count, planePlaces.count - count)
     }
 
     onFreeViewChanged: {
@@ -277,11 +277,12 @@ Entity {
         asynchronous: false
 
         PlaneEntity {
-            readonly property var plane: sceneRoot.planes && index < sceneRoot.planes.length ? sceneRoot.planes[index] : null
+            readonly property var plane: sceneRoot.planes && sceneRoot.planes[index] || ({})
 
-            name: plane ? plane.name : ""
-            color: plane ? plane.color : "orange"
-            points: plane ? plane.points : []
+            // What a plane lacks isn't that of the one before it.
+            name: plane.name || ""
+            color: plane.color || "orange"
+            points: plane.points || []
         }
     }
 

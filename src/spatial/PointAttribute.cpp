@@ -34,8 +34,10 @@ void setCount(const Qt3DRender::QGeometry *geometry, const QString &name, int co
 {
     const QVector<QAttribute *> attributes = geometry->attributes();
     for (QAttribute *attribute : attributes) {
-        if (attribute->attributeType() == QAttribute::VertexAttribute && attribute->name() == name)
+        if (attribute->attributeType() == QAttribute::VertexAttribute && attribute->name() == name) {
+            attribute->setCount(0);
             attribute->setCount(static_cast<uint>(count));
+        }
     }
 }
 

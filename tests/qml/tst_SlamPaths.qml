@@ -170,12 +170,17 @@ Item {
             device.deliverPlanes("tof", planes)
             const entities = device.nodesOf(scene, "PlaneEntity")
             compare(entities.length, 2)
+            let changes = 0
+            scene.planesChanged.connect(function() { ++changes })
             device.deliverPlanes("tof", planes)
             wait(0)
             const after = device.nodesOf(scene, "PlaneEntity")
             compare(after.length, 2)
             verify(after[0] === entities[0])
             verify(after[1] === entities[1])
+            compare(changes, 0)
+            device.deliverPlanes("tof", planes.slice(1))
+            compare(changes, 1)
         }
 
         function test_planesWhosePointsAreNoNumbersAreStood() {

@@ -173,6 +173,37 @@ Item {
             compare(after.map(function(plane) { return plane.name }), ["1", "2", "3"])
             compare(after.map(function(plane) { return plane.points.length }), [2, 0, 0])
             verify(after[0] === before[0] && after[1] === before[1])
+            compareFloats(vertices(after[0]), [1, 2, 3, 4, 5, 6])
+            compare(attributes(after[0])[0].count, 2)
+            compareFloats(vertices(after[1]), [])
+            compare(attributes(after[1])[0].count, 0)
+            ;["#3cb44b", "#ffe119", "#0082c8"].forEach(function(color, i) { verify(Qt.colorEqual(after[i].color, color)) })
+            device.deliverPlanes("tof", [{ id: "3", points: [[7, 8, 9]] }])
+            scene.planes = device.planes.tofPlanes
+            tryVerify(function() { return device.nodesOf(scene, "PlaneEntity").length === 1 })
+            verify(device.nodesOf(scene, "PlaneEntity")[0] === before[0])
+            compare(before[0].name, "3")
+            verify(Qt.colorEqual(before[0].color, "#0082c8"))
+            compareFloats(vertices(before[0]), [7, 8, 9])
+            scene.planes = null
+            tryVerify(function() { return device.nodesOf(scene, "PlaneEntity").length === 0 })
+            scene.planes = device.planes.tofPlanes
+            compare(device.nodesOf(scene, "PlaneEntity").map(function(plane) { return plane.name }), ["3"])
+            scene.destroy()
+        }
+
+        function test_whatAPlaneLacksIsNotThatOfTheOneBefore() {
+            const scene = create(sceneComponent, { planes: [{ name: "1", color: "red", points: [[1, 2, 3]] }] })
+            const plane = device.nodesOf(scene, "PlaneEntity")[0]
+            compare(plane.name, "1")
+            scene.planes = [{}]
+            verify(device.nodesOf(scene, "PlaneEntity")[0] === plane)
+            compare(plane.name, "")
+            verify(Qt.colorEqual(plane.color, "orange"))
+            compare(attributes(plane)[0].count, 0)
+            compareFloats(vertices(plane), [])
+            scene.planes = "" // none
+            tryVerify(function() { return device.nodesOf(scene, "PlaneEntity").length === 0 })
             scene.destroy()
         }
 

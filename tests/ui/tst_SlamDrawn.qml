@@ -97,6 +97,77 @@ Item {
             tryVerify(function() { return !showsPoint() })
         }
 
+        // The widest row of orange around the middle, right of the device.
+        function widthOfPoint() {
+            const picture = grabImage(view)
+            let widest = 0
+            for (let y = 200; y <= 220; ++y) {
+                let orange = 0
+                for (let x = 305; x <= 430; ++x)
+                    orange += picture.red(x, y) > 150 && picture.green(x, y) > 105 && picture.green(x, y) < 200
+                              && picture.blue(x, y) < 25
+                widest = Math.max(widest, orange)
+            }
+            return widest
+        }
+
+        // A hundredth of a metre, at 507 pixels a metre there and half of it at twice the distance.
+        function test_aMapPointHasASizeInTheWorld_data() {
+            return [
+                { tag: "at a metre", z: 0, least: 4, most: 6 },
+                { tag: "at two metres", z: 1, least: 2, most: 3 },
+                { tag: "at a quarter", z: -0.75, least: 19, most: 21 }
+            ]
+        }
+
+        function test_aMapPointHasASizeInTheWorld(row) {
+            open()
+            device.deliver("slam", 0, 0.5, 0)
+            device.deliverPoints([[0.15 * (row.z + 1), 0.5, row.z]])
+            tryVerify(function() {
+                const width = widthOfPoint()
+                return width >= row.least && width <= row.most
+            })
+        }
+
+        function test_aMapThatChangesIsDrawnWhereItIs() {
+            open()
+            device.deliver("slam", 0, 0.5, 0)
+            waitForRendering(view)
+            device.deliverPoints([[30, 0.5, 0], [30, 0.5, 1]]) // out of sight
+            wait(0)
+            compare(showsPoint(), false)
+            device.deliverPoints([[0.2, 0.5, 0], [0.2, 0.5, 0]])
+            tryVerify(function() { return showsPoint() })
+        }
+
+        // Whether something is drawn to the left and to the right, where a plane 1 m away has its middle.
+        function planeSides() {
+            const picture = grabImage(view)
+            return [250, 350].map(function(x) { return !Qt.colorEqual(picture.pixel(x, 210), "#2d2d2d") })
+        }
+
+        function test_aPlaneThatChangesIsDrawnWhereItIs() {
+            open()
+            const square = function(x) {
+                return [{ id: "1", points: [[x - 0.1, 0.4, 1], [x + 0.1, 0.4, 1], [x + 0.1, 0.6, 1], [x - 0.1, 0.6, 1]] }]
+            }
+            device.deliver("slam", 0, 0.5, 0)
+            waitForRendering(view)
+            compare(planeSides(), [false, false])
+            device.deliverPlanes("tof", square(30)) // out of sight
+            const entity = device.nodesOf(scene, "PlaneEntity")[0]
+            wait(0)
+            compare(planeSides(), [false, false])
+            device.deliverPlanes("tof", square(0.2))
+            tryVerify(function() { return String(planeSides()) === "false,true" })
+            device.deliverPlanes("tof", square(-0.2))
+            tryVerify(function() { return String(planeSides()) === "true,false" })
+            verify(device.nodesOf(scene, "PlaneEntity")[0] === entity)
+            device.deliverPlanes("tof", [])
+            tryVerify(function() { return String(planeSides()) === "false,false" })
+        }
+
         function test_whatIsNoNumberHidesNothingElse() {
             open()
             const nan = [NaN, NaN, NaN, NaN, NaN, NaN, NaN, NaN, NaN]
