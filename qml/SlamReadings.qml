@@ -43,7 +43,7 @@ Column {
             // Red over yellow to green.
             function colorFromConfidence(pct) {
                 let i = 1
-                while (i < stops.length - 1 && pct >= stops[i].pct)
+                while (i < stops.length - 1 && !(pct < stops[i].pct))
                     ++i
                 const lower = stops[i - 1]
                 const upper = stops[i]

@@ -41,6 +41,8 @@ DisplayItem {
 
     readonly property var slam: camera && camera.slam ? camera.slam : null
     readonly property var edge: camera && camera.edge ? camera.edge : null
+    // The one that was last asked to save its map.
+    property QtObject savingSlam: null
     readonly property var map: camera && camera.map ? camera.map : null
 
     function clearPath(path, draw) {
@@ -150,6 +152,7 @@ DisplayItem {
     }
 
     function saveMap() {
+        savingSlam = slam
         slam.loopClosure()
         loopClosureIndicator.running = true
         loopClosureButton.done = true
@@ -203,14 +206,19 @@ DisplayItem {
         function onVectorChanged(vector) { control.feedEdgePath(vector || control.edge.position.vector) }
     }
 
-    // A save that ends after its device has gone from here tells nobody.
-    onSlamChanged: {
-        if (!slam)
+    Connections {
+        target: control.slam
+        function onLoopClosureFinished() { loopClosureIndicator.running = false }
+    }
+
+    // Its save may end while it isn't shown here. Once it is gone, it tells nobody.
+    onSavingSlamChanged: {
+        if (!savingSlam)
             loopClosureIndicator.running = false
     }
 
     Connections {
-        target: control.slam
+        target: control.savingSlam
         function onLoopClosureFinished() { loopClosureIndicator.running = false }
     }
 
@@ -490,7 +498,7 @@ DisplayItem {
         Label {
             objectName: "localizedPercentLable"
             anchors.verticalCenter: parent.verticalCenter
-            visible: control.isLoadMap
+            visible: control.isLoadMap && Qt.platform.os !== "android"
             text: "localized:  " + (control.slam ? control.slam.localizedPercent : 0).toLocaleString() + " %"
         }
 
@@ -600,7 +608,7 @@ DisplayItem {
         objectName: "loopClosurePopup"
         row: slamSourceRow.visible ? slamSourceRow : edgeSourceRow.visible ? edgeSourceRow : null
         button: slamSourceRow.visible ? loopClosureButton : loopClosureEdgeButton
-        onAboutToShow: popTimer.restart()
+        onAboutToShow: popTimer.start()
     }
 
     FadingNote {
@@ -609,7 +617,7 @@ DisplayItem {
         objectName: "loadPopup"
         row: slamSourceRow.visible ? slamSourceRow : edgeSourceRow.visible ? edgeSourceRow : null
         button: loadButton
-        onAboutToShow: popTimer.restart()
+        onAboutToShow: popTimer.start()
     }
 
     Timer {

@@ -91,6 +91,13 @@ void SlamDevice::dropEdge()
     emit modelsChanged();
 }
 
+void SlamDevice::dropSlam()
+{
+    m_slam->deleteLater();
+    m_slam = nullptr;
+    emit modelsChanged();
+}
+
 void SlamDevice::deliver(const QString &source, double x, double y, double z, double confidence)
 {
     qv::Pose pose;

@@ -39,6 +39,8 @@ public:
 
     /// Makes `edge` null, as on a device that computes no pose itself.
     Q_INVOKABLE void dropEdge();
+    /// Makes `slam` null, as when the device is pulled out.
+    Q_INVOKABLE void dropSlam();
     /// A pose without rotation, on the calling thread. `source` is "slam" or "edge".
     Q_INVOKABLE void deliver(const QString &source, double x, double y, double z, double confidence = 0);
     /// A pose with a rotation, its nine numbers row by row.

@@ -48,16 +48,30 @@ Item {
             compare(state(), ["Loop Closure", "Create map", false, false, true])
             compare(device.takeCalls(), ["slam.saveMapAndSwitchToCslam"])
             switchOff()
-            compare(item("loopClosureIndicator").running, false)
+            compare(item("loopClosureIndicator").running, true)
             if (row.before)
                 device.finishSave(2, 0)
             view.camera = device
-            compare(state(), ["Loop Closure", "Create map", true, false, false])
+            compare(state(), ["Loop Closure", "Create map", row.before, false, !row.before])
             if (!row.before)
                 device.finishSave(2, 0)
+            compare(state(), ["Loop Closure", "Create map", true, false, false])
             mouseClick(item("loopClosureButton"))
             compare(device.takeCalls(), ["slam.stop", "slam.start"])
             compare(state(), ["Visual Odometry", "Save map", true, true, false])
+        }
+
+        function test_aDeviceThatGoesDuringASaveGivesTheControlsBack() {
+            open()
+            mouseClick(item("loopClosureButton"))
+            compare(item("loopClosureIndicator").running, true)
+            const other = make(deviceComponent).device
+            switchOff()
+            compare(item("loopClosureIndicator").running, true)
+            device.dropSlam()
+            tryCompare(item("loopClosureIndicator"), "running", false)
+            view.camera = other
+            compare(state(), ["Loop Closure", "Create map", true, false, false])
         }
 
         function test_theRateIsGuardedAboveSixHundred_data() {
