@@ -110,7 +110,8 @@ TEST_F(FramePacerTest, requestThatCameThroughLeavesNoneForTheNextPicture)
     window.request();
     EXPECT_EQ(window.requests, 1);
     drawn({&QQuickWindow::afterSynchronizing, &QQuickWindow::beforeRendering});
-    EXPECT_FALSE(waitFor([&] { return window.requests > 1; }, 300)) << "it would wait for the whole picture";
+    passEvents();
+    EXPECT_EQ(window.requests, 1) << "it would wait for the whole picture";
     drawn({&QQuickWindow::afterRendering, &QQuickWindow::frameSwapped});
     passEvents();
     EXPECT_EQ(window.requests, 1);

@@ -181,7 +181,8 @@ Item {
 
         function test_theEntitiesInTheirOrder() {
             scene = create(sceneComponent)
-            const names = ["slamCamera", "slamPath", "planeEntities", "edgeCamera", "edgePath", "pointcloud"]
+            const names = ["slamCamera", "slamPath", "planeEntities", "edgeCamera", "edgePath", "pointcloud",
+                           "keyframeEntities"]
             const entities = [device.nodesOf(scene, "GroundPlane")[0], device.nodesOf(scene, "CoordinateEntity")[0]]
                 .concat(names.map(function(name) { return device.node(scene, name) }))
             const places = entities.map(function(entity) {
@@ -193,6 +194,9 @@ Item {
             })
             for (let i = 1; i < places.length; ++i)
                 verify(places[i - 1] >= 0 && places[i - 1] < places[i], String(places))
+            ;["planeEntities", "keyframeEntities"].forEach(function(name) {
+                compare(device.node(scene, name).asynchronous, false)
+            })
             cleanupScene()
         }
 
@@ -395,7 +399,9 @@ Item {
                 ;["position", "normal", "color"].forEach(function(name) {
                     verify(declares(vertex, output + " " + fp + "vec3 " + name), name)
                 })
-                verify(declares(vertex, "uniform " + fp + "float pointSize"))
+                ;["mat4 modelView", "mat3 modelViewNormal", "mat4 mvp", "mat4 projectionMatrix", "mat4 viewportMatrix",
+                  "float pointSize"].forEach(
+                    function(uniform) { verify(declares(vertex, "uniform " + fp + uniform), uniform) })
                 ;["normal = normalize(modelViewNormal * vertexNormal)",
                   "position = vec3(modelView * vec4(vertexPosition, 1.0))",
                   "color = vertexColor",
@@ -404,7 +410,10 @@ Item {
                     function(statement) { verify(declares(vertex, "    " + statement), statement) })
                 const passed = kind === "es" ? "varying" : "in"
                 verify(declares(fragment, (row.color === "in" ? passed : "uniform") + " " + fp + "vec3 color"))
-                compare(declares(fragment, passed + " " + fp + "vec3 position"), row.varying === "position")
+                ;["position", "normal"].forEach(function(name) {
+                    compare(declares(fragment, passed + " " + fp + "vec3 " + name), row.varying === "position")
+                })
+                compare(declares(fragment, "out vec4 fragColor"), kind !== "es")
                 verify(declares(fragment, "    " + (kind === "es" ? "gl_FragColor" : "fragColor")
                                           + " = vec4(color, 1.0)"))
             })

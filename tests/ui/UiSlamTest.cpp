@@ -1,11 +1,16 @@
 #include "ui/Frustum.h"
 
 #include <QElapsedTimer>
+#include <QFile>
 #include <QJsonArray>
 #include <QJsonObject>
+#include <QOffscreenSurface>
+#include <QOpenGLContext>
+#include <QOpenGLFunctions>
 #include <QQmlEngine>
 #include <QQmlExpression>
 #include <QtTest/QTest>
+#include <array>
 
 // SLAM on the simulated headset, by clicks: what the scene shows beside what the device sends, the map's
 // file, and recorded poses beside the road through the room.
@@ -272,6 +277,27 @@ qv::Pose holdInSight()
     return pose;
 }
 
+/// What the compiler says of it, empty if it takes it.
+std::string compileMessages(QOpenGLFunctions &gl, GLuint program, GLenum kind, const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return "not readable";
+    const QByteArray text = file.readAll();
+    const char *source = text.constData();
+    const GLuint shader = gl.glCreateShader(kind);
+    gl.glShaderSource(shader, 1, &source, nullptr);
+    gl.glCompileShader(shader);
+    GLint compiled = 0;
+    gl.glGetShaderiv(shader, GL_COMPILE_STATUS, &compiled);
+    std::array<char, 4000> messages{};
+    if (!compiled)
+        gl.glGetShaderInfoLog(shader, GLsizei(messages.size()), nullptr, messages.data());
+    gl.glAttachShader(program, shader);
+    gl.glDeleteShader(shader);
+    return compiled ? "" : std::string("refused: ") + messages.data();
+}
+
 } // namespace
 
 QString prepare(const QString &home)
@@ -491,6 +517,36 @@ TEST(Slam, theFreeCameraGoesWhereItIsDraggedAndBack)
     clearPath();
     EXPECT_TRUE(showsFrustum(behind(later, sceneArea()), later));
     release();
+}
+
+// Desktop graphics never load these.
+TEST(Slam, shadersForEmbeddedGraphicsBuildPrograms)
+{
+    QSurfaceFormat format;
+    format.setRenderableType(QSurfaceFormat::OpenGLES);
+    format.setVersion(2, 0);
+    QOpenGLContext context;
+    context.setFormat(format);
+    if (!context.create() || !context.isOpenGLES())
+        GTEST_SKIP() << "no OpenGL ES here";
+    QOffscreenSurface surface;
+    surface.setFormat(context.format());
+    surface.create();
+    ASSERT_TRUE(context.makeCurrent(&surface));
+    QOpenGLFunctions &gl = *context.functions();
+    for (const char *name : {"line", "pointcloud", "pointcloudcolor"}) {
+        SCOPED_TRACE(name);
+        const QString path = QStringLiteral(":/shaders/%1_es.").arg(QLatin1String(name));
+        const GLuint program = gl.glCreateProgram();
+        EXPECT_EQ(compileMessages(gl, program, GL_VERTEX_SHADER, path + QStringLiteral("vert")), "");
+        EXPECT_EQ(compileMessages(gl, program, GL_FRAGMENT_SHADER, path + QStringLiteral("frag")), "");
+        gl.glLinkProgram(program);
+        GLint linked = 0;
+        gl.glGetProgramiv(program, GL_LINK_STATUS, &linked);
+        EXPECT_TRUE(linked);
+        gl.glDeleteProgram(program);
+    }
+    context.doneCurrent();
 }
 
 TEST(Slam, theSwitchStopsItAndNothingUnexpectedIsInTheLog)
