@@ -32,6 +32,16 @@ Item {
             }
         }
 
+        Component {
+            id: cloudComponent
+
+            Tof3DView {
+                width: 600
+                height: 420
+                minimized: false
+            }
+        }
+
         // To and fro until `done` answers true, or for some seconds.
         function drag(button, done) {
             const area = item("sceneArea")
@@ -139,6 +149,23 @@ Item {
             compare(showsPoint(), false)
             device.deliverPoints([[0.2, 0.5, 0], [0.2, 0.5, 0]])
             tryVerify(function() { return showsPoint() })
+        }
+
+        // A red and a blue one, seen as the map's are.
+        function test_aCloudsPointsHaveTheirOwnColours() {
+            device = make(deviceComponent).device
+            const cloudView = make(cloudComponent, { camera: device })
+            device.deliver("slam", 0, 0.5, 0)
+            waitForRendering(cloudView)
+            const cloud = device.tof3d.pointCloud
+            cloud.points = new Float32Array([0.2, 0.5, 0, 0.2, 0.4, 0]).buffer
+            cloud.colors = new Float32Array([1, 0, 0, 0, 0, 1]).buffer
+            cloud.size = 2
+            cloud.update()
+            tryVerify(function() {
+                const picture = grabImage(cloudView)
+                return Qt.colorEqual(picture.pixel(401, 210), "red") && Qt.colorEqual(picture.pixel(401, 159), "blue")
+            })
         }
 
         // Whether something is drawn to the left and to the right, where a plane 1 m away has its middle.
