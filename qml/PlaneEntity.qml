@@ -14,8 +14,8 @@ Entity {
     property real thickness: 2
     property Transform transform: Transform {}
 
-    // Qt 3D looks anew at where something is when its attributes change, not when its buffer does: without the first
-    // count, as many points as before would be left out of pictures that the former ones weren't in.
+    // Qt 3D computes the bounds by which it culls anew when an attribute changes, not when a buffer does. With 0 first,
+    // the count changes also for as many points as before.
     onPointsChanged: {
         buf.count = 0
         const vertices = new Float32Array(3 * points.length)

@@ -279,7 +279,7 @@ Entity {
         PlaneEntity {
             readonly property var plane: sceneRoot.planes && sceneRoot.planes[index] || ({})
 
-            // What a plane lacks isn't that of the one before it.
+            // What a plane lacks falls back to its default, not to the former plane's.
             name: plane.name || ""
             color: plane.color || "orange"
             points: plane.points || []

@@ -16,6 +16,8 @@ DisplayItem {
     // A reset is under way: poses at zero stay out of the path until another one comes.
     property bool isReset: false
     property bool isLoadMap: false
+    // The `SlamData` that was last asked to save its map. As a QtObject it becomes null with it.
+    property QtObject savingSlam: null
     property bool isMultiSlamShow: true
     property real rootRatio2: valueControl.width / control.width
     property real rootRatio3: 0.8 - col.width / control.width
@@ -41,8 +43,6 @@ DisplayItem {
 
     readonly property var slam: camera && camera.slam ? camera.slam : null
     readonly property var edge: camera && camera.edge ? camera.edge : null
-    // The one that was last asked to save its map.
-    property QtObject savingSlam: null
     readonly property var map: camera && camera.map ? camera.map : null
 
     function clearPath(path, draw) {
@@ -206,20 +206,22 @@ DisplayItem {
         function onVectorChanged(vector) { control.feedEdgePath(vector || control.edge.position.vector) }
     }
 
+    // Also of a save that wasn't asked for here.
     Connections {
         target: control.slam
         function onLoopClosureFinished() { loopClosureIndicator.running = false }
     }
 
-    // Its save may end while it isn't shown here. Once it is gone, it tells nobody.
-    onSavingSlamChanged: {
-        if (!savingSlam)
-            loopClosureIndicator.running = false
-    }
-
+    // Also while its device isn't shown here.
     Connections {
         target: control.savingSlam
         function onLoopClosureFinished() { loopClosureIndicator.running = false }
+    }
+
+    // Once it is gone, it tells nobody.
+    onSavingSlamChanged: {
+        if (!savingSlam)
+            loopClosureIndicator.running = false
     }
 
     Connections {

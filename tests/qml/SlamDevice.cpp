@@ -69,6 +69,7 @@ SlamDevice::SlamDevice(QObject *parent)
     , m_tof3d(new Tof3dData(std::make_shared<FakeTofCamera>(), std::make_shared<FakeColorCamera>(),
           m_slamFake, m_edgeFake, this))
 {
+    m_mapPath = m_slam->getMapPath();
     m_slam->control(true);
     m_edge->control(true);
     takeCalls();
@@ -81,7 +82,7 @@ SlamDevice::~SlamDevice()
 
 QString SlamDevice::mapPath() const
 {
-    return m_slam->getMapPath();
+    return m_mapPath;
 }
 
 void SlamDevice::dropEdge()

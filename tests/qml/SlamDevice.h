@@ -83,6 +83,7 @@ private:
     std::shared_ptr<FakeSlam> m_slamFake = std::make_shared<FakeSlam>();
     std::shared_ptr<FakeSlam> m_edgeFake = std::make_shared<FakeSlam>();
     SlamData *m_slam;
+    QString m_mapPath;
     SlamData *m_edge;
     MapData *m_map;
     PlanesData *m_planes;

@@ -74,6 +74,15 @@ Item {
             compare(state(), ["Loop Closure", "Create map", true, false, false])
         }
 
+        function test_aSaveThatEndsWhileAnotherDeviceIsShownIsHeardOf() {
+            open()
+            mouseClick(item("loopClosureButton"))
+            view.camera = make(deviceComponent).device
+            compare(item("loopClosureIndicator").running, true)
+            device.finishSave(2, 0)
+            compare(item("loopClosureIndicator").running, false)
+        }
+
         function test_theRateIsGuardedAboveSixHundred_data() {
             return [{ tag: "600", poses: 600, restarts: 0 }, { tag: "601", poses: 601, restarts: 1 }]
         }
