@@ -27,8 +27,9 @@ DisplayItem {
     readonly property int maximumPathLength: 100000
     readonly property int posesPerDrawing: 50
     // In a narrow view the buttons and the mode take the whole row.
-    readonly property bool hasRoomForCaptions: width >= 460
-    readonly property bool hasRoomForModes: width >= 340
+    readonly property int percentWidth: isLoadMap ? 170 : 0
+    readonly property bool hasRoomForCaptions: width >= 460 + percentWidth
+    readonly property bool hasRoomForModes: width >= 340 + percentWidth
     // What would lie over something else in a small view doesn't show there.
     readonly property bool isLaidOut: width > 0 && height > 0
     readonly property bool hasRoomForButtons: !isLaidOut || (width >= 230 && height >= 200)
@@ -501,6 +502,8 @@ DisplayItem {
             objectName: "localizedPercentLable"
             anchors.verticalCenter: parent.verticalCenter
             visible: control.isLoadMap && Qt.platform.os !== "android"
+            // Rather not at all than without its beginning.
+            opacity: slamSourceRow.x >= 0 ? 1 : 0
             text: "localized:  " + (control.slam ? control.slam.localizedPercent : 0).toLocaleString() + " %"
         }
 

@@ -180,6 +180,29 @@ Item {
             device.finishLoad()
         }
 
+        // In a narrow view the words before the buttons give way, and the percentage is whole or not there.
+        function test_thePercentageOfALoadedMapIsNeverCut() {
+            open()
+            device.putMapFile()
+            mouseClick(item("loadButton"))
+            device.progress(0.9)
+            const label = item("localizedPercentLable")
+            tryCompare(label, "text", "localized:  90 %")
+            compare(label.visible, true)
+            let shown = 0
+            for (let width = 230; width <= 900; width += 10) {
+                view.width = width
+                waitForRendering(view)
+                const left = label.mapToItem(view, 0, 0).x
+                compare(label.opacity, left >= 0 ? 1 : 0, width + " wide")
+                shown += label.opacity
+                verify(width < 450 || label.opacity === 1, width + " wide")
+                verify(width < 700 || (item("modeLabel").visible && item("modeCaption").visible), width + " wide")
+            }
+            verify(shown > 0)
+            device.finishLoad()
+        }
+
         function test_theLoadPopupStandsOverItsButtonAndClosesByItself() {
             open()
             device.removeMapFile()
