@@ -1,14 +1,11 @@
 #include "streams/TofPictures.h"
 
+#include "imaging/WideVectors.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <opencv2/imgproc.hpp>
-
-#if defined(__x86_64__) && defined(__GNUC__)
-#include <immintrin.h>
-#define QV_WIDE_VECTORS
-#endif
 
 namespace {
 

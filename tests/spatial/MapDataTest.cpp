@@ -178,6 +178,35 @@ TEST(MapData, valuesBeyondAFloatBecomeInfinite)
     EXPECT_TRUE(std::isnan(values[2]));
 }
 
+/// Many are narrowed several at a time, the last ones singly.
+TEST(MapData, mapsOfEachLengthAreNarrowedAlike)
+{
+    auto slam = std::make_shared<FakeSlam>();
+    const MapData data(slam, nullptr);
+    constexpr double special[]{1e300, -1e300, 1e-300, -0.0, std::numeric_limits<double>::infinity(), 0.1,
+        16777217, 1.0 / 3, std::numeric_limits<double>::quiet_NaN()};
+    for (std::size_t count = 0; count < 20; ++count) {
+        SCOPED_TRACE(count);
+        std::vector<qv::Vector3> points;
+        std::vector<float> expected;
+        for (std::size_t i = 0; i < count; ++i) {
+            const double x = special[i % 9], y = special[(i + 4) % 9] - double(i), z = double(i) * 0.7;
+            points.push_back({x, y, z});
+            for (const double value : {x, y, z})
+                expected.push_back(static_cast<float>(value));
+        }
+        slam->maps.deliver(map(points));
+        const std::vector<float> values = floats(data.pointCloud()->points());
+        ASSERT_EQ(values.size(), expected.size());
+        for (std::size_t i = 0; i < values.size(); ++i) {
+            if (std::isnan(expected[i]))
+                EXPECT_TRUE(std::isnan(values[i])) << i;
+            else
+                EXPECT_EQ(values[i], expected[i]) << i;
+        }
+    }
+}
+
 TEST(MapData, latestMapIsKeptAliveUntilTheNextOrNone)
 {
     auto slam = std::make_shared<FakeSlam>();
