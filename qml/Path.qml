@@ -34,13 +34,6 @@ Entity {
         return cache.indicesOf(path)
     }
 
-    // Qt 3D computes the bounds by which it culls anew when an attribute changes, not when a buffer does. A path that
-    // is as long as it may be has as many points at each drawing.
-    onPathChanged: {
-        positions.count = 0
-        positions.count = Qt.binding(function() { return root.path.length })
-    }
-
     components: [geometry, transform, material, layer]
 
     GeometryRenderer {
@@ -51,8 +44,6 @@ Entity {
         geometry: Geometry {
             attributes: [
                 Attribute {
-                    id: positions
-
                     name: "vertexPosition"
                     attributeType: Attribute.VertexAttribute
                     vertexBaseType: Attribute.Float

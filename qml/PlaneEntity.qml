@@ -14,10 +14,7 @@ Entity {
     property real thickness: 2
     property Transform transform: Transform {}
 
-    // Qt 3D computes the bounds by which it culls anew when an attribute changes, not when a buffer does. With 0 first,
-    // the count changes also for as many points as before.
     onPointsChanged: {
-        buf.count = 0
         const vertices = new Float32Array(3 * points.length)
         for (let i = 0; i < points.length; ++i)
             vertices.set(points[i], 3 * i)

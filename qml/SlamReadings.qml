@@ -40,7 +40,7 @@ Column {
                 { pct: 1.0, color: { r: 0, g: 1, b: 0 } }
             ]
 
-            // Red over yellow to green. From what is no number no stop is below, so that it takes the last two.
+            // Red over yellow to green. What is no number is below no stop, and takes the last two.
             function colorFromConfidence(pct) {
                 let i = 1
                 while (i < stops.length - 1 && !(pct < stops[i].pct))

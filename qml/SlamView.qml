@@ -16,7 +16,7 @@ DisplayItem {
     // A reset is under way: poses at zero stay out of the path until another one comes.
     property bool isReset: false
     property bool isLoadMap: false
-    // The `SlamData` that was last asked to save its map. As a QtObject it becomes null with it.
+    // The `SlamData` that was last asked to save its map. A property of this type becomes null when its object goes.
     property QtObject savingSlam: null
     property bool isMultiSlamShow: true
     property real rootRatio2: valueControl.width / control.width
@@ -27,7 +27,7 @@ DisplayItem {
     readonly property int maximumPathLength: 100000
     readonly property int posesPerDrawing: 50
     // In a narrow view the buttons and the mode take the whole row.
-    readonly property int percentWidth: isLoadMap ? 170 : 0
+    readonly property int percentWidth: isLoadMap && slamSourceButton.checked ? 170 : 0
     readonly property bool hasRoomForCaptions: width >= 460 + percentWidth
     readonly property bool hasRoomForModes: width >= 340 + percentWidth
     // What would lie over something else in a small view doesn't show there.
@@ -207,19 +207,19 @@ DisplayItem {
         function onVectorChanged(vector) { control.feedEdgePath(vector || control.edge.position.vector) }
     }
 
-    // Also of a save that wasn't asked for here.
+    // The ring stops also for a save that wasn't asked for here,
     Connections {
         target: control.slam
         function onLoopClosureFinished() { loopClosureIndicator.running = false }
     }
 
-    // Also while its device isn't shown here.
+    // for one that ends while its device isn't shown here,
     Connections {
         target: control.savingSlam
         function onLoopClosureFinished() { loopClosureIndicator.running = false }
     }
 
-    // Once it is gone, it tells nobody.
+    // and for one whose device goes, so that nobody tells its end.
     onSavingSlamChanged: {
         if (!savingSlam)
             loopClosureIndicator.running = false

@@ -16,7 +16,7 @@ constexpr int bytesPerPoint = floatsPerPoint * int(sizeof(float));
 
 #ifdef QV_WIDE_VECTORS
 /// Eight numbers at a time, as far as there are eight; answers how many that were.
-__attribute__((target("avx2"))) std::size_t narrowWide(const double *in, std::size_t count, float *out)
+__attribute__((target("avx"))) std::size_t narrowWide(const double *in, std::size_t count, float *out)
 {
     std::size_t done = 0;
     for (; count - done >= 8; done += 8) {
@@ -32,7 +32,7 @@ void narrow(const double *in, std::size_t count, float *out)
 {
     std::size_t i = 0;
 #ifdef QV_WIDE_VECTORS
-    if (__builtin_cpu_supports("avx2"))
+    if (__builtin_cpu_supports("avx"))
         i = narrowWide(in, count, out);
 #endif
     for (; i < count; ++i)

@@ -34,10 +34,8 @@ void setCount(const Qt3DRender::QGeometry *geometry, const QString &name, int co
 {
     const QVector<QAttribute *> attributes = geometry->attributes();
     for (QAttribute *attribute : attributes) {
-        if (attribute->attributeType() == QAttribute::VertexAttribute && attribute->name() == name) {
-            attribute->setCount(0);
+        if (attribute->attributeType() == QAttribute::VertexAttribute && attribute->name() == name)
             attribute->setCount(static_cast<uint>(count));
-        }
     }
 }
 

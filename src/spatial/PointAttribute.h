@@ -17,8 +17,7 @@ Qt3DRender::QAttribute *add(
 /// lies outside the buffer while a cloud is being written.
 QByteArray filledUp(QByteArray bytes, int count);
 
-/// Gives every vertex attribute of this name the count, as a change also where it is the same: Qt 3D computes
-/// the bounds by which it culls anew when an attribute changes, not when a buffer does.
+/// Gives every vertex attribute of this name the count.
 void setCount(const Qt3DRender::QGeometry *geometry, const QString &name, int count);
 
 } // namespace pointAttribute

@@ -121,6 +121,31 @@ Item {
             verify(caption.parent.width <= row.width, caption.parent.width)
         }
 
+        // A loaded map's percentage stands before them, with its own source only.
+        function test_thePercentageTakesRoomFromTheMode_data() {
+            return [
+                { tag: "host, 509", source: "slamSourceButton", width: 509, mode: false, caption: false },
+                { tag: "host, 510", source: "slamSourceButton", width: 510, mode: true, caption: false },
+                { tag: "host, 629", source: "slamSourceButton", width: 629, mode: true, caption: false },
+                { tag: "host, 630", source: "slamSourceButton", width: 630, mode: true, caption: true },
+                { tag: "edge, 339", source: "edgeSourceButton", width: 339, mode: false, caption: false },
+                { tag: "edge, 340", source: "edgeSourceButton", width: 340, mode: true, caption: false },
+                { tag: "edge, 460", source: "edgeSourceButton", width: 460, mode: true, caption: true }
+            ]
+        }
+
+        function test_thePercentageTakesRoomFromTheMode(row) {
+            open()
+            device.putMapFile()
+            mouseClick(item("loadButton"))
+            item(row.source).checked = true
+            view.width = row.width
+            const edge = row.source === "edgeSourceButton"
+            compare([item(edge ? "edgeModeLabel" : "modeLabel").visible, item(edge ? "edgeModeCaption" : "modeCaption").visible],
+                    [row.mode, row.caption])
+            device.finishLoad()
+        }
+
         function shownPlace(name) {
             const shown = item(name)
             return shown.visible && shown.opacity > 0 ? shown.mapToItem(view, 0, 0, shown.width, shown.height) : null

@@ -192,37 +192,6 @@ Item {
             scene.destroy()
         }
 
-        // Of as many points as before too, or it would be culled where it was.
-        function test_aPlaneThatMovesChangesItsAttribute() {
-            const scene = create(sceneComponent, { planes: [{ name: "1", color: "red", points: [[1, 2, 3]] }] })
-            const position = attributes(device.nodesOf(scene, "PlaneEntity")[0])[0]
-            let changes = 0
-            position.countChanged.connect(function() { ++changes })
-            scene.planes = [{ name: "1", color: "red", points: [[4, 5, 6]] }]
-            verify(changes > 0)
-            compare(position.count, 1)
-            scene.destroy()
-        }
-
-        function test_aPathThatMovesChangesItsAttribute() {
-            const scene = create(sceneComponent)
-            const path = device.node(scene, "slamPath")
-            scene.slamPath.push(Qt.vector3d(1, 2, 3))
-            scene.drawSlamPath()
-            const position = attributes(path)[0]
-            compare(position.count, 1)
-            let changes = 0
-            position.countChanged.connect(function() { ++changes })
-            scene.slamPath[0] = Qt.vector3d(4, 5, 6)
-            scene.drawSlamPath()
-            verify(changes > 0)
-            compare(position.count, 1)
-            scene.slamPath.push(Qt.vector3d(7, 8, 9))
-            scene.drawSlamPath()
-            compare(position.count, 2)
-            scene.destroy()
-        }
-
         function test_whatAPlaneLacksIsNotThatOfTheOneBefore() {
             const scene = create(sceneComponent, { planes: [{ name: "1", color: "red", points: [[1, 2, 3]] }] })
             const plane = device.nodesOf(scene, "PlaneEntity")[0]

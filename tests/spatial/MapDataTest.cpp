@@ -178,7 +178,7 @@ TEST(MapData, valuesBeyondAFloatBecomeInfinite)
     EXPECT_TRUE(std::isnan(values[2]));
 }
 
-/// Many are narrowed several at a time, the last ones singly.
+/// Where the processor has wide vectors, many are narrowed at a time and the last ones singly.
 TEST(MapData, mapsOfEachLengthAreNarrowedAlike)
 {
     auto slam = std::make_shared<FakeSlam>();
@@ -202,7 +202,8 @@ TEST(MapData, mapsOfEachLengthAreNarrowedAlike)
             if (std::isnan(expected[i]))
                 EXPECT_TRUE(std::isnan(values[i])) << i;
             else
-                EXPECT_EQ(values[i], expected[i]) << i;
+                EXPECT_TRUE(values[i] == expected[i] && std::signbit(values[i]) == std::signbit(expected[i]))
+                    << i;
         }
     }
 }

@@ -251,21 +251,6 @@ TEST(PointCloudGeometry, otherAttributesKeepTheirCount)
     EXPECT_EQ(normals->count(), 5U);
 }
 
-/// Or Qt 3D would cull it by where it was.
-TEST(PointCloudGeometry, asManyPointsElsewhereChangeTheAttribute)
-{
-    PointCloud cloud;
-    cloud.setPoints(triples({1, 2, 3}));
-    cloud.setSize(1);
-    PointCloudGeometry geometry;
-    geometry.setPointCloud(&cloud);
-    const QSignalSpy changed(geometry.attributes().first(), &QAttribute::countChanged);
-    cloud.setPoints(triples({4, 5, 6}));
-    emit cloud.update();
-    EXPECT_GT(changed.count(), 0);
-    EXPECT_EQ(geometry.attributes().first()->count(), 1U);
-}
-
 TEST(PointCloudGeometry, nullHolderLeavesTheOldPointsOnScreen)
 {
     PointCloud cloud;
@@ -452,23 +437,6 @@ TEST(PointCloudColorGeometry, aSizeAheadOfPointsAndColorsReadsNoForeignMemory)
         EXPECT_GE(attribute->buffer()->data().size(), 4 * 12);
     }
     EXPECT_TRUE(geometry.attributes()[0]->buffer()->data().startsWith(triples({1, 2, 3})));
-}
-
-TEST(PointCloudColorGeometry, asManyPointsElsewhereChangeTheAttributes)
-{
-    PointCloudColor cloud;
-    cloud.setPoints(triples({1, 2, 3}));
-    cloud.setColors(triples({1, 0, 0}));
-    cloud.setSize(1);
-    PointCloudColorGeometry geometry;
-    geometry.setPointCloud(&cloud);
-    for (QAttribute *attribute : geometry.attributes()) {
-        const QSignalSpy changed(attribute, &QAttribute::countChanged);
-        cloud.setPoints(triples({4, 5, 6}));
-        emit cloud.update();
-        EXPECT_GT(changed.count(), 0);
-        EXPECT_EQ(attribute->count(), 1U);
-    }
 }
 
 TEST(PointCloudColorGeometry, nullHolderLeavesTheOldPointsOnScreen)
