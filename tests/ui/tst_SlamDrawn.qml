@@ -24,7 +24,7 @@ Item {
 
         name: "SlamDrawn"
 
-        property bool trembled: false
+        property int trembles: 0
 
         // Small, since a software renderer may have to draw it.
         viewComponent: Component {
@@ -145,11 +145,10 @@ Item {
             })
         }
 
-        // A tenth of a millimetre to and fro. Qt 3D takes new bounds into account once something has moved, as a device
+        // Tenths of a millimetre to and fro. Qt 3D takes new bounds into account once something has moved, as a device
         // always does.
         function tremble() {
-            trembled = !trembled
-            device.deliver("slam", 0, 0.5, trembled ? 1e-4 : 0)
+            device.deliver("slam", 0, 0.5, 1e-4 * (1 + ++trembles % 2))
         }
 
         function drawWhileMoving() {
