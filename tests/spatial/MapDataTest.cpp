@@ -185,7 +185,7 @@ TEST(MapData, mapsOfEachLengthAreNarrowedAlike)
     const MapData data(slam, nullptr);
     constexpr double special[]{1e300, -1e300, 1e-300, -0.0, std::numeric_limits<double>::infinity(), 0.1,
         16777217, 1.0 / 3, std::numeric_limits<double>::quiet_NaN()};
-    for (std::size_t count = 0; count < 20; ++count) {
+    for (std::size_t count = 1; count < 20; ++count) {
         SCOPED_TRACE(count);
         std::vector<qv::Vector3> points;
         std::vector<float> expected;
